@@ -1,0 +1,101 @@
+#include "cli/cli.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "model/geometry.h"
+#include "model/oof_reader.h"
+#include "model/oof_writer.h"
+
+namespace mw {
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: meshwright-cli COMMAND [ARGS...]\n"
+    "\n"
+    "Commands:\n"
+    "  info FILE [--json] [--geometry]   print a model\n"
+    "  resave IN OUT                     read a model and write it again\n"
+    "  edit IN OUT OPERATION...          apply model operations, then write OUT\n"
+    "\n"
+    "'meshwright-cli COMMAND --help' describes one command.\n";
+
+}  // namespace
+
+bool WantsHelp(const std::vector<std::string>& args) {
+    for (const auto& a : args) {
+        if (a == "--help" || a == "-h") return true;
+    }
+    return false;
+}
+
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::filesystem::path& path) {
+    std::error_code ec;
+    if (std::filesystem::is_directory(path, ec)) return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)),
+                                    std::istreambuf_iterator<char>());
+    if (in.bad()) return std::nullopt;
+    return bytes;
+}
+
+int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err) {
+    const auto bytes = ReadWholeFile(path);
+    if (!bytes) {
+        err << "Cannot open " << path.string() << "\n";
+        return kExitNoInput;
+    }
+    const ResultCode result = readOOF(model, *bytes);
+    if (result != ResultCode::Success) {
+        err << TranslateError(result) << "\n";
+        return static_cast<int>(result);
+    }
+    CreatePushPop(model);
+    return 0;
+}
+
+int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err) {
+    const std::string failure = SaveOOF(model, path);
+    if (!failure.empty()) {
+        err << failure << "\n";
+        return kExitCantCreate;
+    }
+    return 0;
+}
+
+int ResaveCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (WantsHelp(args)) {
+        out << "Usage: meshwright-cli resave IN OUT\n"
+               "Reads the model IN and writes it to OUT as a version 2300 OOF file.\n";
+        return 0;
+    }
+    if (args.size() != 2) {
+        err << "Usage: meshwright-cli resave IN OUT\n";
+        return kExitUsage;
+    }
+    ModelData model;
+    if (const int status = LoadModelFile(args[0], model, err)) return status;
+    return SaveModelFile(args[1], model, err);
+}
+
+int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.empty()) {
+        err << kUsage;
+        return kExitUsage;
+    }
+    const std::string& command = args[0];
+    const std::vector<std::string> rest(args.begin() + 1, args.end());
+    if (command == "--help" || command == "-h" || command == "help") {
+        out << kUsage;
+        return 0;
+    }
+    if (command == "info") return InfoCommand(rest, out, err);
+    if (command == "resave") return ResaveCommand(rest, out, err);
+    if (command == "edit") return EditCommand(rest, out, err);
+    err << "Unknown command '" << command << "'\n\n" << kUsage;
+    return kExitUsage;
+}
+
+}  // namespace mw

@@ -1,0 +1,43 @@
+// meshwright-cli: the model core as a scriptable command-line tool.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/model_data.h"
+
+namespace mw {
+
+// Exit statuses besides 0 and the readers' result codes 1 to 7.
+inline constexpr int kExitRefused = 65;  // the model refused an operation
+inline constexpr int kExitUsage = 64;
+inline constexpr int kExitNoInput = 66;
+inline constexpr int kExitCantCreate = 73;
+
+// Runs one command line (without the program name).
+int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+// The commands, each given the arguments after its name.
+int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ResaveCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int EditCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+// Shared by the commands: reads a model file, reporting failures on `err`. Returns 0 or
+// the exit status to end with.
+int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
+int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
+
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::filesystem::path& path);
+
+bool WantsHelp(const std::vector<std::string>& args);
+
+// The model as JSON, with or without the vertex and face lists.
+std::string ModelJson(const ModelData& model, bool geometry);
+// The model as text for people.
+std::string ModelText(const ModelData& model);
+
+}  // namespace mw

@@ -1,0 +1,123 @@
+// A bounds-checked little-endian reader over a view of bytes, and the matching writer.
+// A read past the end fails, leaves the target zeroed and makes the reader fail for good,
+// so that a handler can read a run of fields and check once.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "math/vector.h"
+
+namespace mw {
+
+class ByteReader {
+public:
+    explicit ByteReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+
+    bool ok() const { return ok_; }
+    void fail() { ok_ = false; }
+    std::size_t pos() const { return pos_; }
+    std::size_t size() const { return bytes_.size(); }
+    std::size_t remaining() const { return ok_ ? bytes_.size() - pos_ : 0; }
+
+    // True when `count` items of `itemSize` bytes each can still be read; a negative count
+    // or one that runs past the data fails the reader.
+    bool canHold(std::int64_t count, std::size_t itemSize) {
+        if (count < 0 || (itemSize != 0 && static_cast<std::uint64_t>(count) >
+                                               remaining() / itemSize)) {
+            ok_ = false;
+        }
+        return ok_;
+    }
+
+    bool seek(std::size_t pos) {
+        if (!ok_ || pos > bytes_.size()) return ok_ = false;
+        pos_ = pos;
+        return true;
+    }
+    bool skip(std::size_t n) { return ok_ && n <= remaining() ? seek(pos_ + n) : (ok_ = false); }
+
+    std::span<const std::uint8_t> take(std::size_t n) {
+        if (!ok_ || n > remaining()) {
+            ok_ = false;
+            return {};
+        }
+        auto s = bytes_.subspan(pos_, n);
+        pos_ += n;
+        return s;
+    }
+
+    std::uint8_t u8() {
+        auto s = take(1);
+        return s.empty() ? 0 : s[0];
+    }
+    std::uint32_t u32() {
+        auto s = take(4);
+        if (s.empty()) return 0;
+        return static_cast<std::uint32_t>(s[0]) | static_cast<std::uint32_t>(s[1]) << 8 |
+               static_cast<std::uint32_t>(s[2]) << 16 | static_cast<std::uint32_t>(s[3]) << 24;
+    }
+    std::uint16_t u16() {
+        auto s = take(2);
+        if (s.empty()) return 0;
+        return static_cast<std::uint16_t>(s[0] | s[1] << 8);
+    }
+    std::int32_t i32() { return static_cast<std::int32_t>(u32()); }
+    float f32() { return std::bit_cast<float>(u32()); }
+    Vector3 vec3() {
+        Vector3 v;
+        v.X = f32();
+        v.Y = f32();
+        v.Z = f32();
+        return v;
+    }
+    std::string text(std::size_t n) {
+        auto s = take(n);
+        return std::string(s.begin(), s.end());
+    }
+
+private:
+    std::span<const std::uint8_t> bytes_;
+    std::size_t pos_ = 0;
+    bool ok_ = true;
+};
+
+class ByteWriter {
+public:
+    const std::vector<std::uint8_t>& bytes() const { return bytes_; }
+    std::vector<std::uint8_t> release() { return std::move(bytes_); }
+    std::size_t size() const { return bytes_.size(); }
+
+    void u8(std::uint8_t v) { bytes_.push_back(v); }
+    void u16(std::uint16_t v) {
+        u8(static_cast<std::uint8_t>(v));
+        u8(static_cast<std::uint8_t>(v >> 8));
+    }
+    void u32(std::uint32_t v) {
+        for (int i = 0; i < 4; ++i) u8(static_cast<std::uint8_t>(v >> (8 * i)));
+    }
+    void i32(std::int32_t v) { u32(static_cast<std::uint32_t>(v)); }
+    void f32(float v) { u32(std::bit_cast<std::uint32_t>(v)); }
+    void vec3(Vector3 v) {
+        f32(v.X);
+        f32(v.Y);
+        f32(v.Z);
+    }
+    void raw(std::string_view s) { bytes_.insert(bytes_.end(), s.begin(), s.end()); }
+
+    // Overwrites four bytes already written, for length fields patched after the content.
+    void patchI32(std::size_t at, std::int32_t v) {
+        for (std::size_t i = 0; i < 4; ++i) {
+            bytes_[at + i] = static_cast<std::uint8_t>(static_cast<std::uint32_t>(v) >> (8 * i));
+        }
+    }
+
+private:
+    std::vector<std::uint8_t> bytes_;
+};
+
+}  // namespace mw
