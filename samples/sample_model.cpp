@@ -101,7 +101,7 @@ ModelData BuildSampleModel() {
     // The turret turns a quarter left and back; the hatch slides up and down.
     RotKey r0{0, {0, 1, 0}, 0, IdentityMatrix()};
     RotKey r1{10, {0, 1, 0}, 16384, IdentityMatrix()};
-    RotKey r2{20, {0, 1, 0}, -16384, IdentityMatrix()};
+    RotKey r2{20, {0, -1, 0}, 16384, IdentityMatrix()};
     m.Sub(3).Rot = {0, 20, {r0, r1, r2}};
     m.Sub(6).Pos = {0, 20, {{0, {0, 1.0f, 2.2f}}, {10, {0, 1.5f, 2.2f}}, {20, {0, 1.0f, 2.2f}}}};
     m.HasPANI = true;

@@ -128,7 +128,9 @@ Operation ParseOperation(const std::string& option, const std::string& arg) {
         return [a = n[0], b = n[1]](ModelData& m) -> std::string {
             if (auto e = CheckLive(m, a); !e.empty()) return e;
             if (auto e = CheckLive(m, b); !e.empty()) return e;
-            if (IsInSubtree(m, a, b)) return "You can not combine a Parent Sub-Object to it's childen";
+            if (a != b && IsInSubtree(m, a, b)) {
+                return "You can not combine a Parent Sub-Object to it's childen";
+            }
             if (!CombineAndAdopt(m, a, b)) {
                 return "Sub-object " + std::to_string(a) + " cannot be combined into " +
                        std::to_string(b);

@@ -107,7 +107,12 @@ public:
         f32(v.Y);
         f32(v.Z);
     }
-    void raw(std::string_view s) { bytes_.insert(bytes_.end(), s.begin(), s.end()); }
+    void raw(std::string_view s) {
+        if (s.empty()) return;
+        const std::size_t at = bytes_.size();
+        bytes_.resize(at + s.size());
+        std::memcpy(bytes_.data() + at, s.data(), s.size());
+    }
 
     // Overwrites four bytes already written, for length fields patched after the content.
     void patchI32(std::size_t at, std::int32_t v) {

@@ -115,24 +115,25 @@ ResultCode OofReader::run() {
 ResultCode OofReader::chunk(std::string_view id, std::size_t statedEnd) {
     if (IsId(id, "OHDR")) return header();
     if (IsId(id, "SOBJ")) return subObject();
+    bool ok = true;
     if (IsId(id, "TXTR")) {
         textures();
     } else if (IsId(id, "GPNT")) {
-        points(m_.GunPoints, kMaxGunPoints);
+        ok = points(m_.GunPoints, kMaxGunPoints);
     } else if (IsId(id, "ATCH")) {
-        points(m_.AttachPoints, kMaxAttachPoints);
+        ok = points(m_.AttachPoints, kMaxAttachPoints);
     } else if (IsId(id, "NATH")) {
-        points(m_.AttachNormals, kMaxAttachNormals);
+        ok = points(m_.AttachNormals, kMaxAttachNormals);
     } else if (IsId(id, "GRND")) {
-        points(m_.GroundPoints, kMaxGroundPoints);
+        ok = points(m_.GroundPoints, kMaxGroundPoints);
     } else if (IsId(id, "SPCL")) {
         special();
     } else if (IsId(id, "WBAT")) {
-        batteries();
+        ok = batteries();
     } else if (IsId(id, "PANI")) {
-        positionKeys();
+        ok = positionKeys();
     } else if (IsId(id, "RANI") || IsId(id, "ANIM")) {
-        rotationKeys();
+        ok = rotationKeys();
     } else if (IsId(id, "PINF")) {
         m_.PinfText = r_.text(statedEnd - r_.pos());
     } else if (IsId(id, "IDTA") || IsId(id, "GRID")) {
@@ -141,7 +142,7 @@ ResultCode OofReader::chunk(std::string_view id, std::size_t statedEnd) {
     } else {
         return ResultCode::OOFReadError;
     }
-    return r_.ok() ? ResultCode::Success : ResultCode::OOFReadError;
+    return ok && r_.ok() ? ResultCode::Success : ResultCode::OOFReadError;
 }
 
 ResultCode OofReader::header() {
