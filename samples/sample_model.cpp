@@ -44,7 +44,8 @@ void AddTaperedBox(SubObject& sub, Vector3 centre, float backX, float backY, flo
         f.TextureIndex = texture;
         f.Color = texture >= 0 ? std::array<std::uint8_t, 4>{255, 255, 255, 255}
                                : std::array<std::uint8_t, 4>{colour.r, colour.g, colour.b, 255};
-        for (int i = 0; i < 4; ++i) sub.Corners.push_back({base + side.c[i], us[i], vs[i]});
+        for (int i = 0; i < 4; ++i)
+            sub.Corners.push_back({base + side.c[i], us[i], vs[i]});
         sub.Faces.push_back(f);
     }
 }
@@ -71,7 +72,9 @@ void FinishPart(SubObject& sub) {
     sub.Center = Midpoint(sub.BoxMin, sub.BoxMax);
 }
 
-ModelPoint Point(int parent, Vector3 position, Vector3 normal) { return {parent, position, normal}; }
+ModelPoint Point(int parent, Vector3 position, Vector3 normal) {
+    return {parent, position, normal};
+}
 
 }  // namespace
 
@@ -82,21 +85,22 @@ ModelData BuildSampleModel() {
                   {"", "ship_turret", "ship_turret"}};
     const Colour grey{128, 128, 140}, orange{255, 140, 40}, dark{40, 40, 48};
 
-    AddTaperedBox(AddPart(m, "hull", -1, {0, 0, 0}, ""), {0, 0, 0}, 2.0f, 1.0f, 0.8f, 0.5f,
-                  4.0f, 0, grey);
+    AddTaperedBox(AddPart(m, "hull", -1, {0, 0, 0}, ""), {0, 0, 0}, 2.0f, 1.0f, 0.8f, 0.5f, 4.0f, 0,
+                  grey);
     AddTaperedBox(AddPart(m, "wing_left", 0, {-3.0f, -0.2f, -1.0f}, ""), {0, 0, 0}, 1.5f, 0.2f,
                   0.6f, 0.15f, 1.5f, 1, grey);
     AddTaperedBox(AddPart(m, "wing_right", 0, {3.0f, -0.2f, -1.0f}, ""), {0, 0, 0}, 1.5f, 0.2f,
                   0.6f, 0.15f, 1.5f, 1, grey);
-    AddTaperedBox(AddPart(m, "turret", 0, {0, 1.4f, 0.5f}, ""), {0, 0, 0}, 0.7f, 0.4f, 0.5f,
-                  0.4f, 0.8f, 2, grey);
-    AddTaperedBox(AddPart(m, "radar", 3, {0, 0.7f, -0.4f}, "$rotate=2"), {0, 0.1f, 0}, 0.6f,
-                  0.05f, 0.6f, 0.05f, 0.1f, -1, dark);
-    AddTaperedBox(AddPart(m, "thruster", 0, {0, 0, -4.3f}, "$glow=1,0.55,0.1,1.5"), {0, 0, 0},
-                  0.5f, 0.4f, 0.6f, 0.5f, 0.3f, -1, orange);
-    AddTaperedBox(AddPart(m, "hatch", 0, {0, 1.0f, 2.2f}, ""), {0, 0, 0}, 0.4f, 0.05f, 0.4f,
-                  0.05f, 0.5f, -1, dark);
-    for (SubObject& sub : m.SubObjects) FinishPart(sub);
+    AddTaperedBox(AddPart(m, "turret", 0, {0, 1.4f, 0.5f}, ""), {0, 0, 0}, 0.7f, 0.4f, 0.5f, 0.4f,
+                  0.8f, 2, grey);
+    AddTaperedBox(AddPart(m, "radar", 3, {0, 0.7f, -0.4f}, "$rotate=2"), {0, 0.1f, 0}, 0.6f, 0.05f,
+                  0.6f, 0.05f, 0.1f, -1, dark);
+    AddTaperedBox(AddPart(m, "thruster", 0, {0, 0, -4.3f}, "$glow=1,0.55,0.1,1.5"), {0, 0, 0}, 0.5f,
+                  0.4f, 0.6f, 0.5f, 0.3f, -1, orange);
+    AddTaperedBox(AddPart(m, "hatch", 0, {0, 1.0f, 2.2f}, ""), {0, 0, 0}, 0.4f, 0.05f, 0.4f, 0.05f,
+                  0.5f, -1, dark);
+    for (SubObject& sub : m.SubObjects)
+        FinishPart(sub);
 
     // The turret turns a quarter left and back; the hatch slides up and down.
     RotKey r0{0, {0, 1, 0}, 0, IdentityMatrix()};
@@ -113,12 +117,13 @@ ModelData BuildSampleModel() {
                    Point(3, {0, 0, 0.8f}, {0, 0, 1})};
     m.AttachPoints = {Point(0, {0, -1.0f, 0}, {0, -1, 0})};
     m.AttachNormals = {Point(0, {0, -1.0f, 0.5f}, {0, 0, 1})};
-    m.GroundPoints = {Point(0, {0, -1.0f, 3.0f}, {0, -1, 0}),
-                      Point(1, {0, -0.2f, 0}, {0, -1, 0}), Point(2, {0, -0.2f, 0}, {0, -1, 0})};
+    m.GroundPoints = {Point(0, {0, -1.0f, 3.0f}, {0, -1, 0}), Point(1, {0, -0.2f, 0}, {0, -1, 0}),
+                      Point(2, {0, -0.2f, 0}, {0, -1, 0})};
     m.Batteries = {{{0, 1}, {}}, {{2}, {3}}};
 
     RebuildSaveOrder(m);
-    for (int s = 0; s < static_cast<int>(m.SubObjects.size()); ++s) CalcRotMatrix(m, s);
+    for (int s = 0; s < static_cast<int>(m.SubObjects.size()); ++s)
+        CalcRotMatrix(m, s);
     RecalcVertexNormals(m);
     CreatePushPop(m);
     MoveSOBJ(m);

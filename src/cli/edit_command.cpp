@@ -63,7 +63,9 @@ bool Ints(const std::string& text, std::size_t count, std::vector<int>& out) {
     return true;
 }
 
-std::string NoSub(int s) { return "Sub-object " + std::to_string(s) + " does not exist"; }
+std::string NoSub(int s) {
+    return "Sub-object " + std::to_string(s) + " does not exist";
+}
 
 // A sub-object that heads a save slot (a live one, not merged into another).
 std::string CheckLive(const ModelData& m, int s) {
@@ -87,7 +89,8 @@ Operation ParseOperation(const std::string& option, const std::string& arg) {
         return [s = n[0]](ModelData& m) -> std::string {
             if (auto e = CheckLive(m, s); !e.empty()) return e;
             int roots = 0;
-            for (int k = 0; k < m.SubObjectCount(); ++k) roots += m.Sub(m.Head(k)).Parent == -1;
+            for (int k = 0; k < m.SubObjectCount(); ++k)
+                roots += m.Sub(m.Head(k)).Parent == -1;
             if (m.Sub(s).Parent == -1 && roots < 2) {
                 return "The only top-level sub-object cannot be deleted";
             }
@@ -144,7 +147,8 @@ Operation ParseOperation(const std::string& option, const std::string& arg) {
             if (p != -1) {
                 if (auto e = CheckLive(m, p); !e.empty()) return e;
             }
-            if (IsInSubtree(m, s, p)) return "You can not make a Sub-Object a child of its children";
+            if (IsInSubtree(m, s, p))
+                return "You can not make a Sub-Object a child of its children";
             ChangeSOBJParent(m, s, p);
             CreatePushPop(m);
             return {};
@@ -176,7 +180,8 @@ Operation ParseOperation(const std::string& option, const std::string& arg) {
                     return "Scaling would result in a Model Radius < 0.1 - Scaling not done.";
                 case ScaleResult::TooLarge:
                     return "Scalng would result in a Model Radius > 90000.0 - Scaling not done.";
-                case ScaleResult::Done: break;
+                case ScaleResult::Done:
+                    break;
             }
             return {};
         };

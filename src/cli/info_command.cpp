@@ -16,7 +16,8 @@ void PointJson(JsonWriter& j, const ModelPoint& p) {
 
 void IntList(JsonWriter& j, const std::vector<std::int32_t>& list) {
     j.beginArray();
-    for (std::int32_t v : list) j.value(v);
+    for (std::int32_t v : list)
+        j.value(v);
     j.endArray();
 }
 
@@ -33,7 +34,8 @@ void GeometryJson(JsonWriter& j, const SubObject& sub) {
         j.beginObject().field("normal", f.Normal).field("textured", f.Textured != 0);
         j.field("texture", f.TextureIndex);
         j.key("color").beginArray();
-        for (std::uint8_t c : f.Color) j.value(static_cast<int>(c));
+        for (std::uint8_t c : f.Color)
+            j.value(static_cast<int>(c));
         j.endArray();
         j.key("corners").beginArray();
         for (int c = 0; c < f.VertexCount && corner < sub.Corners.size(); ++c, ++corner) {
@@ -55,10 +57,12 @@ void SubObjectJson(JsonWriter& j, const ModelData& model, int slot, bool geometr
     j.field("center", sub.Center).field("properties", Utf8From1252(sub.Properties));
     j.field("flags", sub.PropertyFlags).field("rotate_speed", sub.RotateSpeed);
     j.key("glow").beginArray();
-    for (float c : sub.GlowColor) j.value(c);
+    for (float c : sub.GlowColor)
+        j.value(c);
     j.value(sub.GlowSize).endArray();
     j.key("fov").beginArray();
-    for (float f : sub.FovValues) j.value(f);
+    for (float f : sub.FovValues)
+        j.value(f);
     j.endArray();
     j.field("vertices", sub.VertexCount()).field("faces", sub.FaceCount());
     j.field("corners", sub.CornerCount());
@@ -88,11 +92,14 @@ std::string Vec(Vector3 v) {
     return s.str();
 }
 
-std::string Quoted(const std::string& bytes) { return "\"" + Utf8From1252(bytes) + "\""; }
+std::string Quoted(const std::string& bytes) {
+    return "\"" + Utf8From1252(bytes) + "\"";
+}
 
 std::string List(const std::vector<std::int32_t>& list) {
     std::string s = "[";
-    for (std::size_t i = 0; i < list.size(); ++i) s += (i ? ", " : "") + std::to_string(list[i]);
+    for (std::size_t i = 0; i < list.size(); ++i)
+        s += (i ? ", " : "") + std::to_string(list[i]);
     return s + "]";
 }
 
@@ -119,7 +126,8 @@ std::string ModelJson(const ModelData& model, bool geometry) {
     j.key("points").beginObject();
     for (PointType t : kPointTypes) {
         j.key(PointTag(t)).beginArray();
-        for (const ModelPoint& p : model.Points(t)) PointJson(j, p);
+        for (const ModelPoint& p : model.Points(t))
+            PointJson(j, p);
         j.endArray();
     }
     j.endObject();
@@ -165,8 +173,7 @@ std::string ModelText(const ModelData& model) {
           << " vertices, " << sub.FaceCount() << " faces";
         if (!sub.Properties.empty()) s << "  properties " << Quoted(sub.Properties);
         if (column.size() > 1) {
-            s << "  merged "
-              << List(std::vector<std::int32_t>(column.begin() + 1, column.end()));
+            s << "  merged " << List(std::vector<std::int32_t>(column.begin() + 1, column.end()));
         }
         if (sub.Pos.KeyCount() > 0) s << "  " << sub.Pos.KeyCount() << " position keys";
         if (sub.Rot.KeyCount() > 0) s << "  " << sub.Rot.KeyCount() << " rotation keys";

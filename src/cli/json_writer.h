@@ -12,7 +12,7 @@
 namespace mw {
 
 class JsonWriter {
-public:
+  public:
     JsonWriter& beginObject();
     JsonWriter& endObject();
     JsonWriter& beginArray();
@@ -37,7 +37,7 @@ public:
 
     const std::string& str() const { return out_; }
 
-private:
+  private:
     void separate();
 
     std::string out_;

@@ -31,9 +31,15 @@ Vector3 RepairIndeterminate(Vector3 v) {
     return {fix(v.X), fix(v.Y), fix(v.Z)};
 }
 
-Vector3 Add(Vector3 a, Vector3 b) { return {a.X + b.X, a.Y + b.Y, a.Z + b.Z}; }
-Vector3 Subtract(Vector3 a, Vector3 b) { return {a.X - b.X, a.Y - b.Y, a.Z - b.Z}; }
-Vector3 Scale(Vector3 v, float s) { return {v.X * s, v.Y * s, v.Z * s}; }
+Vector3 Add(Vector3 a, Vector3 b) {
+    return {a.X + b.X, a.Y + b.Y, a.Z + b.Z};
+}
+Vector3 Subtract(Vector3 a, Vector3 b) {
+    return {a.X - b.X, a.Y - b.Y, a.Z - b.Z};
+}
+Vector3 Scale(Vector3 v, float s) {
+    return {v.X * s, v.Y * s, v.Z * s};
+}
 
 Vector3 DivideBy(Vector3 v, float s) {
     if (s == 0.0f) return v;
@@ -52,7 +58,9 @@ Vector3 ComponentMax(Vector3 a, Vector3 b) {
     return {a.X > b.X ? a.X : b.X, a.Y > b.Y ? a.Y : b.Y, a.Z > b.Z ? a.Z : b.Z};
 }
 
-Vector3 GetTranslation(const Matrix4& m) { return {m[12], m[13], m[14]}; }
+Vector3 GetTranslation(const Matrix4& m) {
+    return {m[12], m[13], m[14]};
+}
 
 Matrix4 TranslationMatrix(Vector3 v) {
     Matrix4 m = IdentityMatrix();
@@ -93,6 +101,8 @@ Matrix4 Concatenate3(const Matrix4& a, const Matrix4& b) {
     return r;
 }
 
-float KeyAngleToRadians(double units) { return static_cast<float>(units * kKeyPi / 32768.0); }
+float KeyAngleToRadians(double units) {
+    return static_cast<float>(units * kKeyPi / 32768.0);
+}
 
 }  // namespace mw

@@ -15,7 +15,7 @@
 namespace mw {
 
 class ByteReader {
-public:
+  public:
     explicit ByteReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
     bool ok() const { return ok_; }
@@ -27,8 +27,8 @@ public:
     // True when `count` items of `itemSize` bytes each can still be read; a negative count
     // or one that runs past the data fails the reader.
     bool canHold(std::int64_t count, std::size_t itemSize) {
-        if (count < 0 || (itemSize != 0 && static_cast<std::uint64_t>(count) >
-                                               remaining() / itemSize)) {
+        if (count < 0 ||
+            (itemSize != 0 && static_cast<std::uint64_t>(count) > remaining() / itemSize)) {
             ok_ = false;
         }
         return ok_;
@@ -80,14 +80,14 @@ public:
         return std::string(s.begin(), s.end());
     }
 
-private:
+  private:
     std::span<const std::uint8_t> bytes_;
     std::size_t pos_ = 0;
     bool ok_ = true;
 };
 
 class ByteWriter {
-public:
+  public:
     const std::vector<std::uint8_t>& bytes() const { return bytes_; }
     std::vector<std::uint8_t> release() { return std::move(bytes_); }
     std::size_t size() const { return bytes_.size(); }
@@ -98,7 +98,8 @@ public:
         u8(static_cast<std::uint8_t>(v >> 8));
     }
     void u32(std::uint32_t v) {
-        for (int i = 0; i < 4; ++i) u8(static_cast<std::uint8_t>(v >> (8 * i)));
+        for (int i = 0; i < 4; ++i)
+            u8(static_cast<std::uint8_t>(v >> (8 * i)));
     }
     void i32(std::int32_t v) { u32(static_cast<std::uint32_t>(v)); }
     void f32(float v) { u32(std::bit_cast<std::uint32_t>(v)); }
@@ -121,7 +122,7 @@ public:
         }
     }
 
-private:
+  private:
     std::vector<std::uint8_t> bytes_;
 };
 

@@ -7,14 +7,16 @@ namespace {
 template <typename Fn>
 void ForEachSlotVertex(ModelData& model, int slot, Fn&& fn) {
     for (int member : model.MergeTable[static_cast<std::size_t>(slot)]) {
-        for (Vertex& v : model.Sub(member).Vertices) fn(v);
+        for (Vertex& v : model.Sub(member).Vertices)
+            fn(v);
     }
 }
 
 template <typename Fn>
 void ForEachPoint(ModelData& model, Fn&& fn) {
     for (PointType t : kPointTypes) {
-        for (ModelPoint& p : model.Points(t)) fn(p);
+        for (ModelPoint& p : model.Points(t))
+            fn(p);
     }
 }
 
@@ -130,7 +132,8 @@ void RecalcVertexNormals(ModelData& model) {
     for (SubObject& sub : model.SubObjects) {
         if (sub.Vertices.empty()) continue;
         std::vector<float> uses(sub.Vertices.size(), 0.0f);
-        for (Vertex& v : sub.Vertices) v.Normal = {};
+        for (Vertex& v : sub.Vertices)
+            v.Normal = {};
         std::size_t corner = 0;
         for (Face& face : sub.Faces) {
             face.Normal = Normalize(face.Normal);
@@ -179,9 +182,11 @@ ScaleResult ScaleModel(ModelData& model, float percent) {
         sub.Offset = Scale(sub.Offset, f);
         sub.Radius *= f;
         sub.GlowSize *= f;
-        for (Vertex& v : sub.Vertices) v.Position = Scale(v.Position, f);
+        for (Vertex& v : sub.Vertices)
+            v.Position = Scale(v.Position, f);
         if (model.HasPANI) {
-            for (PosKey& key : sub.Pos.Keys) key.Position = Scale(key.Position, f);
+            for (PosKey& key : sub.Pos.Keys)
+                key.Position = Scale(key.Position, f);
         }
     }
     ForEachPoint(model, [&](ModelPoint& p) { p.Position = Scale(p.Position, f); });

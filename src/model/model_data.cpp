@@ -12,10 +12,14 @@ std::int32_t PrimitiveFor(std::int32_t cornerCount) {
 
 const char* PointTag(PointType type) {
     switch (type) {
-        case PointType::ATCH: return "ATCH";
-        case PointType::NATH: return "NATH";
-        case PointType::GRND: return "GRND";
-        case PointType::GPNT: return "GPNT";
+        case PointType::ATCH:
+            return "ATCH";
+        case PointType::NATH:
+            return "NATH";
+        case PointType::GRND:
+            return "GRND";
+        case PointType::GPNT:
+            return "GPNT";
     }
     return "";
 }
@@ -29,20 +33,28 @@ std::optional<PointType> PointTypeFromTag(std::string_view tag) {
 
 int PointLimit(PointType type) {
     switch (type) {
-        case PointType::ATCH: return kMaxAttachPoints;
-        case PointType::NATH: return kMaxAttachNormals;
-        case PointType::GRND: return kMaxGroundPoints;
-        case PointType::GPNT: return kMaxGunPoints;
+        case PointType::ATCH:
+            return kMaxAttachPoints;
+        case PointType::NATH:
+            return kMaxAttachNormals;
+        case PointType::GRND:
+            return kMaxGroundPoints;
+        case PointType::GPNT:
+            return kMaxGunPoints;
     }
     return 0;
 }
 
 std::vector<ModelPoint>& ModelData::Points(PointType type) {
     switch (type) {
-        case PointType::ATCH: return AttachPoints;
-        case PointType::NATH: return AttachNormals;
-        case PointType::GRND: return GroundPoints;
-        case PointType::GPNT: break;
+        case PointType::ATCH:
+            return AttachPoints;
+        case PointType::NATH:
+            return AttachNormals;
+        case PointType::GRND:
+            return GroundPoints;
+        case PointType::GPNT:
+            break;
     }
     return GunPoints;
 }
@@ -83,8 +95,9 @@ void RebuildSaveOrder(ModelData& model) {
 }
 
 const std::string& WriterInfo() {
-    static const std::string text = std::string("Meshwright v") + kVersionText +
-                                    "\nWritten by Meshwright, the open model editor for Descent 3.\n";
+    static const std::string text =
+        std::string("Meshwright v") + kVersionText +
+        "\nWritten by Meshwright, the open model editor for Descent 3.\n";
     return text;
 }
 

@@ -12,6 +12,8 @@ ResultCode clsOOF::readOOF(std::span<const std::uint8_t> bytes) {
     return result;
 }
 
-std::string clsOOF::SaveOOF(const std::filesystem::path& path) { return mw::SaveOOF(model_, path); }
+std::string clsOOF::SaveOOF(const std::filesystem::path& path) {
+    return mw::SaveOOF(model_, path);
+}
 
 }  // namespace mw

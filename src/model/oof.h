@@ -12,7 +12,7 @@
 namespace mw {
 
 class clsOOF {
-public:
+  public:
     ModelData& data() { return model_; }
     const ModelData& data() const { return model_; }
 
@@ -22,7 +22,7 @@ public:
     // Writes the model; returns the failure message, empty on success.
     std::string SaveOOF(const std::filesystem::path& path);
 
-private:
+  private:
     ModelData model_;
 };
 

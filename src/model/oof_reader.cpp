@@ -12,15 +12,24 @@ namespace mw {
 
 const char* TranslateError(int code) {
     switch (code) {
-        case 0: return "Success";
-        case 1: return "Not a valid OOF file";
-        case 2: return "OOF Version too low";
-        case 3: return "No OOF model data to import";
-        case 4: return "Error reading OOF file";
-        case 5: return "No ORF model data to import";
-        case 6: return "Roomfile version to low";
-        case 7: return "Error reading ORF file";
-        default: return "";
+        case 0:
+            return "Success";
+        case 1:
+            return "Not a valid OOF file";
+        case 2:
+            return "OOF Version too low";
+        case 3:
+            return "No OOF model data to import";
+        case 4:
+            return "Error reading OOF file";
+        case 5:
+            return "No ORF model data to import";
+        case 6:
+            return "Roomfile version to low";
+        case 7:
+            return "Error reading ORF file";
+        default:
+            return "";
     }
 }
 
@@ -33,7 +42,9 @@ constexpr std::size_t kPointRecordSize = 28;
 constexpr std::size_t kMinSubObjectChunk = 108;
 constexpr std::size_t kMinFaceRecord = 31;
 
-bool IsId(std::string_view id, const char* name) { return id == std::string_view(name, 4); }
+bool IsId(std::string_view id, const char* name) {
+    return id == std::string_view(name, 4);
+}
 
 // A counted text without its terminator: the last byte whatever it is when `dropAnyLast`,
 // otherwise only a final NUL.
@@ -46,12 +57,12 @@ std::string CountedText(ByteReader& r, bool dropAnyLast) {
 }
 
 class OofReader {
-public:
+  public:
     OofReader(ModelData& model, std::span<const std::uint8_t> bytes) : m_(model), r_(bytes) {}
 
     ResultCode run();
 
-private:
+  private:
     ResultCode chunk(std::string_view id, std::size_t statedEnd);
     ResultCode header();
     ResultCode subObject();
@@ -158,12 +169,14 @@ ResultCode OofReader::header() {
     if (listCount > 0) {
         if (!r_.canHold(listCount, 4)) return ResultCode::OOFReadError;
         m_.HeaderList.resize(static_cast<std::size_t>(listCount));
-        for (auto& v : m_.HeaderList) v = r_.i32();
+        for (auto& v : m_.HeaderList)
+            v = r_.i32();
     }
     // Every sub-object still needs a chunk of its own.
     if (!r_.canHold(count, kMinSubObjectChunk)) return ResultCode::OOFReadError;
     m_.SubObjects.resize(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) m_.Sub(i).Index = i;
+    for (int i = 0; i < count; ++i)
+        m_.Sub(i).Index = i;
     subRead_.assign(static_cast<std::size_t>(count), false);
     return ResultCode::Success;
 }
@@ -208,7 +221,8 @@ ResultCode OofReader::subObject() {
         sub.BoxMin = ComponentMin(sub.BoxMin, v.Position);
         sub.BoxMax = ComponentMax(sub.BoxMax, v.Position);
     }
-    for (Vertex& v : sub.Vertices) v.Normal = Normalize(RepairIndeterminate(r_.vec3()));
+    for (Vertex& v : sub.Vertices)
+        v.Normal = Normalize(RepairIndeterminate(r_.vec3()));
     sub.HasAlpha = false;
     for (Vertex& v : sub.Vertices) {
         v.Alpha = hasAlpha ? r_.f32() : 1.0f;

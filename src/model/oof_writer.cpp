@@ -14,12 +14,12 @@ namespace {
 constexpr std::int32_t kWriteVersion = 2300;
 
 class OofWriter {
-public:
+  public:
     explicit OofWriter(ModelData& model) : m_(model), slotOf_(SlotTable(model)) {}
 
     std::vector<std::uint8_t> run();
 
-private:
+  private:
     // Writes the chunk header, the content `fn` writes, then patches the length.
     template <typename Fn>
     void chunk(const char* id, Fn&& fn) {
@@ -52,7 +52,8 @@ std::vector<std::uint8_t> OofWriter::run() {
     if (!m_.Textures.empty()) {
         chunk("TXTR", [&] {
             w_.i32(static_cast<std::int32_t>(m_.Textures.size()));
-            for (const Texture& t : m_.Textures) text(t.Name);
+            for (const Texture& t : m_.Textures)
+                text(t.Name);
         });
     }
     m_.HeaderList.clear();
@@ -84,9 +85,11 @@ std::vector<std::uint8_t> OofWriter::run() {
             w_.i32(static_cast<std::int32_t>(m_.Batteries.size()));
             for (const WeaponBattery& b : m_.Batteries) {
                 w_.i32(static_cast<std::int32_t>(b.GunPoints.size()));
-                for (std::int32_t g : b.GunPoints) w_.i32(g);
+                for (std::int32_t g : b.GunPoints)
+                    w_.i32(g);
                 w_.i32(static_cast<std::int32_t>(b.Turrets.size()));
-                for (std::int32_t t : b.Turrets) w_.i32(slotOf(t));
+                for (std::int32_t t : b.Turrets)
+                    w_.i32(slotOf(t));
             }
         });
     }
@@ -157,13 +160,16 @@ void OofWriter::subObject(int slot) {
     }
     w_.i32(vertexTotal);
     for (int member : column) {
-        for (const Vertex& v : m_.Sub(member).Vertices) w_.vec3(v.Position);
+        for (const Vertex& v : m_.Sub(member).Vertices)
+            w_.vec3(v.Position);
     }
     for (int member : column) {
-        for (const Vertex& v : m_.Sub(member).Vertices) w_.vec3(v.Normal);
+        for (const Vertex& v : m_.Sub(member).Vertices)
+            w_.vec3(v.Normal);
     }
     for (int member : column) {
-        for (const Vertex& v : m_.Sub(member).Vertices) w_.f32(v.Alpha);
+        for (const Vertex& v : m_.Sub(member).Vertices)
+            w_.f32(v.Alpha);
     }
 
     w_.i32(faceTotal);
@@ -183,7 +189,8 @@ void OofWriter::subObject(int slot) {
                 w_.u8(face.Color[2]);
             }
             for (int c = 0; c < face.VertexCount; ++c, ++corner) {
-                const FaceVertex fv = corner < sub.Corners.size() ? sub.Corners[corner] : FaceVertex{};
+                const FaceVertex fv =
+                    corner < sub.Corners.size() ? sub.Corners[corner] : FaceVertex{};
                 w_.i32(fv.VertexIndex + base);
                 w_.f32(fv.U);
                 w_.f32(fv.V);
@@ -209,7 +216,9 @@ void OofWriter::points(const char* id, const std::vector<ModelPoint>& list) {
 
 }  // namespace
 
-std::vector<std::uint8_t> WriteOOF(ModelData& model) { return OofWriter(model).run(); }
+std::vector<std::uint8_t> WriteOOF(ModelData& model) {
+    return OofWriter(model).run();
+}
 
 std::string WriteFileReplacing(const std::filesystem::path& path,
                                std::span<const std::uint8_t> bytes) {

@@ -38,13 +38,17 @@ constexpr std::array<Keyword, 19> kKeywords{{
 }};
 
 bool KeepInFilter(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '=' || c == ',' ||
-           c == '.' || c == '$';
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || c == '=' || c == ',' || c == '.' ||
+           c == '$';
 }
 
-float Number(std::string_view text) { return static_cast<float>(LeadingNumber(text)); }
+float Number(std::string_view text) {
+    return static_cast<float>(LeadingNumber(text));
+}
 
-float Clamp(float v, float lo, float hi) { return v < lo ? lo : (v > hi ? hi : v); }
+float Clamp(float v, float lo, float hi) {
+    return v < lo ? lo : (v > hi ? hi : v);
+}
 
 void ParseGlow(SubObject& sub, std::string_view value) {
     sub.GlowColor = {0.0f, 0.0f, 0.0f};
@@ -78,7 +82,8 @@ double LeadingNumber(std::string_view text) {
     std::size_t i = 0;
     auto digits = [&] {
         const std::size_t start = i;
-        while (i < text.size() && text[i] >= '0' && text[i] <= '9') ++i;
+        while (i < text.size() && text[i] >= '0' && text[i] <= '9')
+            ++i;
         return i > start;
     };
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;

@@ -16,6 +16,8 @@ enum class ResultCode : int {
 
 // The user's text for a result code; any other code gives an empty text.
 const char* TranslateError(int code);
-inline const char* TranslateError(ResultCode code) { return TranslateError(static_cast<int>(code)); }
+inline const char* TranslateError(ResultCode code) {
+    return TranslateError(static_cast<int>(code));
+}
 
 }  // namespace mw

@@ -35,7 +35,8 @@ int BlockSize(const ModelData& model, int k) {
     int m = 1;
     for (int j = k + 1; j < model.SubObjectCount(); ++j) {
         const int parent = model.Sub(model.Head(j)).Parent;
-        const int parentSlot = model.IsRecord(parent) ? slotOf[static_cast<std::size_t>(parent)] : -1;
+        const int parentSlot =
+            model.IsRecord(parent) ? slotOf[static_cast<std::size_t>(parent)] : -1;
         if (parentSlot < k) break;
         ++m;
     }
@@ -69,11 +70,13 @@ bool DeletePNT(ModelData& model, PointType type, int i) {
 }
 
 void RemoveWBATturret(ModelData& model, int s) {
-    for (WeaponBattery& b : model.Batteries) RemoveEntry(b.Turrets, s);
+    for (WeaponBattery& b : model.Batteries)
+        RemoveEntry(b.Turrets, s);
 }
 
 void RemoveWBATGPNT(ModelData& model, int g) {
-    for (WeaponBattery& b : model.Batteries) RemoveEntry(b.GunPoints, g);
+    for (WeaponBattery& b : model.Batteries)
+        RemoveEntry(b.GunPoints, g);
     // The gun point list is about to close the gap.
     for (WeaponBattery& b : model.Batteries) {
         for (std::int32_t& v : b.GunPoints) {
@@ -182,5 +185,3 @@ bool ChangeSOBJParent(ModelData& model, int s, int p) {
 }
 
 }  // namespace mw
-
-

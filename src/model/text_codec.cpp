@@ -50,7 +50,8 @@ std::string LowerCase1252(std::string_view bytes) {
 std::string Utf8From1252(std::string_view bytes) {
     std::string out;
     out.reserve(bytes.size());
-    for (char ch : bytes) AppendUtf8(out, CodePointOf(static_cast<unsigned char>(ch)));
+    for (char ch : bytes)
+        AppendUtf8(out, CodePointOf(static_cast<unsigned char>(ch)));
     return out;
 }
 

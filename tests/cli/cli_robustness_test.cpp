@@ -24,11 +24,18 @@ TEST(CliRobustness, MutatedModelsEndWithAReaderStatus) {
         for (int e = 0; e < edits; ++e) {
             const std::size_t at = rng() % bytes.size();
             switch (rng() % 4) {
-                case 0: bytes[at] = static_cast<std::uint8_t>(rng()); break;
-                case 1: bytes[at] ^= static_cast<std::uint8_t>(1u << (rng() % 8)); break;
-                case 2: bytes.resize(at + 1); break;
+                case 0:
+                    bytes[at] = static_cast<std::uint8_t>(rng());
+                    break;
+                case 1:
+                    bytes[at] ^= static_cast<std::uint8_t>(1u << (rng() % 8));
+                    break;
+                case 2:
+                    bytes.resize(at + 1);
+                    break;
                 default:  // a large or negative count
-                    if (at + 4 <= bytes.size()) bytes[at + 3] = static_cast<std::uint8_t>(rng() % 2 ? 0x7F : 0xFF);
+                    if (at + 4 <= bytes.size())
+                        bytes[at + 3] = static_cast<std::uint8_t>(rng() % 2 ? 0x7F : 0xFF);
             }
         }
         ModelData m;

@@ -26,7 +26,7 @@ CliRun Cli(const std::vector<std::string>& args) {
 }
 
 class CliTest : public ::testing::Test {
-protected:
+  protected:
     CliTest() : dir_("cli") {
         ModelData sample = BuildSampleModel();
         EXPECT_EQ(SaveOOF(sample, Path("ship.oof")), "");
@@ -120,11 +120,26 @@ TEST_F(CliTest, ResaveWritesWhatReadsBackTheSame) {
 }
 
 TEST_F(CliTest, EditAppliesOperationsInOrder) {
-    const CliRun r = Cli({"edit", Path("ship.oof"), Path("out.oof"), "--rename", "1:left",
-                       "--properties", "5:$Glow=0,0,1,2", "--delete-point", "GRND:1",
-                       "--point-parent", "ATCH:0:3", "--insert-pos-key", "6:5",
-                       "--move-rot-key", "3:20:30", "--delete-battery", "0", "--scale", "200",
-                       "--recalc-normals"});
+    const CliRun r = Cli({"edit",
+                          Path("ship.oof"),
+                          Path("out.oof"),
+                          "--rename",
+                          "1:left",
+                          "--properties",
+                          "5:$Glow=0,0,1,2",
+                          "--delete-point",
+                          "GRND:1",
+                          "--point-parent",
+                          "ATCH:0:3",
+                          "--insert-pos-key",
+                          "6:5",
+                          "--move-rot-key",
+                          "3:20:30",
+                          "--delete-battery",
+                          "0",
+                          "--scale",
+                          "200",
+                          "--recalc-normals"});
     ASSERT_EQ(r.status, 0) << r.err;
     ModelData m = Load("out.oof");
     EXPECT_EQ(m.Sub(1).Name, "left");
@@ -141,8 +156,8 @@ TEST_F(CliTest, EditAppliesOperationsInOrder) {
 }
 
 TEST_F(CliTest, EditStructuralOperations) {
-    ASSERT_EQ(Cli({"edit", Path("ship.oof"), Path("a.oof"), "--combine", "4:3", "--reparent",
-                   "2:1", "--delete-sobj", "5"})
+    ASSERT_EQ(Cli({"edit", Path("ship.oof"), Path("a.oof"), "--combine", "4:3", "--reparent", "2:1",
+                   "--delete-sobj", "5"})
                   .status,
               0);
     ModelData m = Load("a.oof");
@@ -176,9 +191,13 @@ TEST_F(CliTest, RefusedOperationsWriteNothing) {
     refused({"--insert-rot-key", "3:10"}, "No rotation key can be changed at frame 10");
     refused({"--rename", "1:x", "--combine", "4:4"}, "Sub-object 4 cannot be combined into 4");
 
-    for (auto bad : {std::vector<std::string>{"--scale", "x"}, {"--delete-point", "FOO:1"},
-                     {"--combine", "1"}, {"--rename", "x:y"}, {"--move-pos-key", "1:2"},
-                     {"--bogus", "1"}, {"--delete-sobj"}}) {
+    for (auto bad : {std::vector<std::string>{"--scale", "x"},
+                     {"--delete-point", "FOO:1"},
+                     {"--combine", "1"},
+                     {"--rename", "x:y"},
+                     {"--move-pos-key", "1:2"},
+                     {"--bogus", "1"},
+                     {"--delete-sobj"}}) {
         std::vector<std::string> args{"edit", Path("ship.oof"), Path("no.oof")};
         args.insert(args.end(), bad.begin(), bad.end());
         EXPECT_EQ(Cli(args).status, kExitUsage) << bad[0];

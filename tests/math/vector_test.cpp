@@ -49,7 +49,8 @@ TEST(Matrix, Concatenate3IsSecondTimesFirstAndDropsTranslation) {
     // a: a 3x3 with distinct entries; b: a permutation of the axes.
     const float av[9] = {1, 2, 3, 4, 5, 6, 7, 8, 10};
     for (int r = 0; r < 3; ++r) {
-        for (int c = 0; c < 3; ++c) a[4 * r + c] = av[3 * r + c];
+        for (int c = 0; c < 3; ++c)
+            a[4 * r + c] = av[3 * r + c];
     }
     b[0] = 0, b[1] = 1, b[4] = 1, b[5] = 0;
     b[12] = 9;
@@ -57,7 +58,8 @@ TEST(Matrix, Concatenate3IsSecondTimesFirstAndDropsTranslation) {
     for (int r = 0; r < 3; ++r) {
         for (int c = 0; c < 3; ++c) {
             float want = 0;
-            for (int k = 0; k < 3; ++k) want += b[4 * r + k] * a[4 * k + c];
+            for (int k = 0; k < 3; ++k)
+                want += b[4 * r + k] * a[4 * k + c];
             EXPECT_EQ(p[4 * r + c], want) << r << "," << c;
         }
     }

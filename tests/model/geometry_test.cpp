@@ -9,7 +9,9 @@ namespace {
 
 using test::ModelWithParents;
 
-std::vector<bool> Flags(const std::vector<bool>& table) { return table; }
+std::vector<bool> Flags(const std::vector<bool>& table) {
+    return table;
+}
 
 TEST(Geometry, ArrayIndex) {
     ModelData m = ModelWithParents({-1, 0, 1});
@@ -45,7 +47,8 @@ TEST(Geometry, MoveSOBJWalksTheHierarchy) {
 
     // Siblings each start from their parent's offset, not from each other's.
     ModelData s = ModelWithParents({-1, 0, 0});
-    for (auto& sub : s.SubObjects) sub.Vertices = {{{0, 0, 0}, {}, 1}};
+    for (auto& sub : s.SubObjects)
+        sub.Vertices = {{{0, 0, 0}, {}, 1}};
     s.Sub(0).Offset = {1, 0, 0};
     s.Sub(1).Offset = {0, 5, 0};
     s.Sub(2).Offset = {0, -7, 0};
@@ -79,7 +82,8 @@ TEST(Geometry, VertexNormalsOfACube) {
     cube.Vertices.push_back({});  // used by no face
     const int sides[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
                              {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
-    const Vector3 normals[6] = {{0, 0, -2}, {0, 0, 1}, {0, -1, 0}, {0, 1, 0}, {-1, 0, 0}, {1, 0, 0}};
+    const Vector3 normals[6] = {{0, 0, -2}, {0, 0, 1},  {0, -1, 0},
+                                {0, 1, 0},  {-1, 0, 0}, {1, 0, 0}};
     cube.Faces.clear();
     cube.Corners.clear();
     for (int f = 0; f < 6; ++f) {
@@ -87,7 +91,8 @@ TEST(Geometry, VertexNormalsOfACube) {
         face.Normal = normals[f];
         face.VertexCount = 4;
         cube.Faces.push_back(face);
-        for (int c : sides[f]) cube.Corners.push_back({c, 0, 0});
+        for (int c : sides[f])
+            cube.Corners.push_back({c, 0, 0});
     }
     RecalcVertexNormals(m);
     EXPECT_EQ(cube.Faces[0].Normal, (Vector3{0, 0, -1}));  // face normals are normalised
@@ -131,7 +136,8 @@ TEST(Geometry, ScaleModelChecksTheResultingRadius) {
 
 TEST(Geometry, RotationMatricesChainTheKeys) {
     ModelData m = ModelWithParents({-1});
-    m.Sub(0).Rot.Keys = {{0, {0, 0, 0}, 0, {}}, {5, {0, 0, 2}, 16384, {}}, {9, {0, 0, 1}, 16384, {}}};
+    m.Sub(0).Rot.Keys = {
+        {0, {0, 0, 0}, 0, {}}, {5, {0, 0, 2}, 16384, {}}, {9, {0, 0, 1}, 16384, {}}};
     CalcRotMatrix(m, 0);
     const auto& keys = m.Sub(0).Rot.Keys;
     EXPECT_EQ(keys[0].Matrix, IdentityMatrix());

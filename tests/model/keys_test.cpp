@@ -62,7 +62,8 @@ TEST(Keys, DeletingTheLastKeyClearsThePresenceFlag) {
 
 TEST(Keys, MovingKeepsTheKeyValues) {
     ModelData m = ModelWithParents({-1});
-    for (int f : {0, 10, 20}) ASSERT_TRUE(InsertRANIKey(m, 0, f));
+    for (int f : {0, 10, 20})
+        ASSERT_TRUE(InsertRANIKey(m, 0, f));
     auto& keys = m.Sub(0).Rot.Keys;
     EXPECT_EQ(keys[1].Axis, (Vector3{-1, 0, 0}));
     EXPECT_EQ(keys[1].Angle, 0);
@@ -88,7 +89,8 @@ TEST(Keys, MovingKeepsTheKeyValues) {
 
 TEST(Keys, TracksHaveAtMostAThousandKeys) {
     ModelData m = ModelWithParents({-1});
-    for (int f = 0; f < kMaxKeys; ++f) ASSERT_TRUE(InsertPANIKey(m, 0, f));
+    for (int f = 0; f < kMaxKeys; ++f)
+        ASSERT_TRUE(InsertPANIKey(m, 0, f));
     EXPECT_FALSE(InsertPANIKey(m, 0, kMaxKeys));
     EXPECT_EQ(m.Sub(0).Pos.KeyCount(), kMaxKeys);
 }

@@ -51,7 +51,8 @@ TEST(OofReaderLimits, EveryTruncationIsRefusedWithTheEmptyModel) {
 
 // Sets the int32 at `offset` and reads the file again.
 ResultCode ReadPatched(std::vector<std::uint8_t> bytes, std::size_t offset, std::int32_t v) {
-    for (int i = 0; i < 4; ++i) bytes[offset + i] = static_cast<std::uint8_t>(v >> (8 * i));
+    for (int i = 0; i < 4; ++i)
+        bytes[offset + i] = static_cast<std::uint8_t>(v >> (8 * i));
     ModelData m;
     test::ResetLargestAllocation();
     const ResultCode r = readOOF(m, bytes);
@@ -94,7 +95,8 @@ TEST(OofReaderLimits, HugeCountsAreRefusedBeforeAllocating) {
 TEST(OofReaderLimits, HeaderMustComeBeforeSubObjectsAndKeys) {
     ModelData m;
     ByteWriter keys;
-    for (int i = 0; i < 3; ++i) keys.i32(0);
+    for (int i = 0; i < 3; ++i)
+        keys.i32(0);
     auto afterSub = OofBytes().header(1).sub(OofBytes::Triangle(0)).header(1);
     EXPECT_EQ(Read(m, afterSub.bytes), ResultCode::OOFReadError);
     for (const char* id : {"PANI", "RANI", "ANIM"}) {
@@ -112,10 +114,13 @@ TEST(OofReaderLimits, KeyAndCornerLimits) {
         w.i32(count);
         for (std::int32_t k = 0; k < count; ++k) {
             w.i32(k);
-            for (std::size_t b = 4; b < keySize; b += 4) w.i32(0);
+            for (std::size_t b = 4; b < keySize; b += 4)
+                w.i32(0);
         }
-        return OofBytes().header(1).sub(OofBytes::Triangle(0)).chunk(
-            keySize == 16 ? "PANI" : "RANI", w);
+        return OofBytes()
+            .header(1)
+            .sub(OofBytes::Triangle(0))
+            .chunk(keySize == 16 ? "PANI" : "RANI", w);
     };
     EXPECT_EQ(Read(m, keyFile(1000, 16).bytes), ResultCode::Success);
     EXPECT_EQ(m.Sub(0).Pos.KeyCount(), 1000);

@@ -11,7 +11,9 @@ using test::OofBytes;
 using test::RawFace;
 using test::RawSub;
 
-ResultCode Read(ModelData& m, const OofBytes& f) { return readOOF(m, f.bytes); }
+ResultCode Read(ModelData& m, const OofBytes& f) {
+    return readOOF(m, f.bytes);
+}
 
 TEST(OofReader, TranslatesEveryResultCode) {
     const char* texts[] = {"Success",
@@ -22,7 +24,8 @@ TEST(OofReader, TranslatesEveryResultCode) {
                            "No ORF model data to import",
                            "Roomfile version to low",
                            "Error reading ORF file"};
-    for (int code = 0; code < 8; ++code) EXPECT_STREQ(TranslateError(code), texts[code]);
+    for (int code = 0; code < 8; ++code)
+        EXPECT_STREQ(TranslateError(code), texts[code]);
     EXPECT_STREQ(TranslateError(8), "");
     EXPECT_STREQ(TranslateError(-1), "");
 }
@@ -85,7 +88,8 @@ TEST(OofReader, AlphaBlockOnlyFromVersion2300) {
     s.alphas = {0.5f, 0.5f, 0.5f};  // not written at 2299
     ModelData m;
     ASSERT_EQ(Read(m, OofBytes(2299).header(1).sub(s)), ResultCode::Success);
-    for (const Vertex& v : m.Sub(0).Vertices) EXPECT_EQ(v.Alpha, 1.0f);
+    for (const Vertex& v : m.Sub(0).Vertices)
+        EXPECT_EQ(v.Alpha, 1.0f);
     EXPECT_FALSE(m.Sub(0).HasAlpha);
 
     s.alphas = {0.99f, 1.0f, 0.995f};
@@ -194,7 +198,8 @@ TEST(OofReader, PointsBatteriesAndSpecialPoint) {
     ByteWriter wb;
     wb.i32(1);
     wb.i32(10);  // ten gun points: the first eight are kept
-    for (int i = 0; i < 10; ++i) wb.i32(i);
+    for (int i = 0; i < 10; ++i)
+        wb.i32(i);
     wb.i32(1);
     wb.i32(0);
     ByteWriter sp;
@@ -269,8 +274,7 @@ TEST(OofReader, RefusesWithTheRightCode) {
     EXPECT_EQ(Read(m, OofBytes(2199).header(1)), ResultCode::OOFVersionTooLow);
     EXPECT_EQ(Read(m, OofBytes().header(0)), ResultCode::NoOOFData);
     EXPECT_EQ(Read(m, OofBytes().header(1).sub(OofBytes::Triangle(1))), ResultCode::OOFReadError);
-    EXPECT_EQ(Read(m, OofBytes().header(1).sub(OofBytes::Triangle(-1))),
-              ResultCode::OOFReadError);
+    EXPECT_EQ(Read(m, OofBytes().header(1).sub(OofBytes::Triangle(-1))), ResultCode::OOFReadError);
     ByteWriter junk;
     junk.i32(0);
     EXPECT_EQ(Read(m, OofBytes().header(1).sub(OofBytes::Triangle(0)).chunk("JUNK", junk)),

@@ -142,12 +142,10 @@ TEST(OofWriter, NegativeAndZeroAnglesFlipTheAxis) {
 
 TEST(OofWriter, MergedSlotBecomesOneSubObject) {
     ModelData m;
-    ASSERT_EQ(readOOF(m, OofBytes()
-                             .header(2)
-                             .sub(OofBytes::Triangle(0))
-                             .sub(OofBytes::Triangle(1, 0))
-                             .bytes),
-              ResultCode::Success);
+    ASSERT_EQ(
+        readOOF(
+            m, OofBytes().header(2).sub(OofBytes::Triangle(0)).sub(OofBytes::Triangle(1, 0)).bytes),
+        ResultCode::Success);
     m.Sub(1).Offset = {4, 0, 0};
     m.HasPANI = true;
     m.Sub(0).Pos = {3, 3, {{3, {1, 1, 1}}}};
@@ -169,12 +167,10 @@ TEST(OofWriter, MergedSlotBecomesOneSubObject) {
 TEST(OofWriter, PointsAndTurretsNameSaveSlots) {
     // Sub-object 0 is the child of 1, so slot 0 holds 1 and slot 1 holds 0.
     ModelData m;
-    ASSERT_EQ(readOOF(m, OofBytes()
-                             .header(2)
-                             .sub(OofBytes::Triangle(0, 1))
-                             .sub(OofBytes::Triangle(1))
-                             .bytes),
-              ResultCode::Success);
+    ASSERT_EQ(
+        readOOF(
+            m, OofBytes().header(2).sub(OofBytes::Triangle(0, 1)).sub(OofBytes::Triangle(1)).bytes),
+        ResultCode::Success);
     m.GunPoints = {{0, {1, 2, 3}, {0, 0, 1}}};
     m.Batteries = {{{0}, {0, 1}}};
     ModelData back = ReadBack(WriteOOF(m));
@@ -190,9 +186,7 @@ TEST(OofWriter, SaveReplacesTheFileOnlyWhenWritingSucceeds) {
     fs::remove_all(dir);
     fs::create_directories(dir);
     const fs::path target = dir / "model.oof";
-    {
-        std::ofstream(target) << "old contents";
-    }
+    { std::ofstream(target) << "old contents"; }
     ModelData m = MinimalModel();
     EXPECT_EQ(SaveOOF(m, target), "");
     EXPECT_EQ(fs::file_size(target), WriteOOF(m).size());

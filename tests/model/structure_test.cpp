@@ -12,11 +12,14 @@ using test::ModelWithParents;
 
 std::vector<int> Heads(const ModelData& m) {
     std::vector<int> heads;
-    for (int k = 0; k < m.SubObjectCount(); ++k) heads.push_back(m.Head(k));
+    for (int k = 0; k < m.SubObjectCount(); ++k)
+        heads.push_back(m.Head(k));
     return heads;
 }
 
-ModelPoint At(int parent, float x = 0) { return {parent, {x, 0, 0}, {0, 0, 1}}; }
+ModelPoint At(int parent, float x = 0) {
+    return {parent, {x, 0, 0}, {0, 0, 1}};
+}
 
 TEST(Structure, DeletingALeafRemovesItsColumnPointsAndTurrets) {
     ModelData m = ModelWithParents({-1, 0, 0});
@@ -33,7 +36,7 @@ TEST(Structure, DeletingALeafRemovesItsColumnPointsAndTurrets) {
     EXPECT_EQ(m.Batteries[0].GunPoints, (std::vector<std::int32_t>{0, 1}));
     EXPECT_EQ(m.Batteries[0].Turrets, (std::vector<std::int32_t>{2}));
     EXPECT_EQ(m.SubObjects.size(), 3u);  // records are kept
-    EXPECT_FALSE(DeleteSOBJ(m, 1));       // no longer heads a slot
+    EXPECT_FALSE(DeleteSOBJ(m, 1));      // no longer heads a slot
 }
 
 TEST(Structure, DeletingASubObjectTakesItsSubtree) {

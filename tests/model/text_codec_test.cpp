@@ -7,7 +7,8 @@ namespace {
 
 TEST(TextCodec, EveryByteSurvivesTheTripThroughUtf8) {
     std::string all;
-    for (int b = 1; b < 256; ++b) all.push_back(static_cast<char>(b));
+    for (int b = 1; b < 256; ++b)
+        all.push_back(static_cast<char>(b));
     EXPECT_EQ(Cp1252FromUtf8(Utf8From1252(all)), all);
     EXPECT_EQ(Utf8From1252("\x80"), "\xE2\x82\xAC");  // the euro sign
     EXPECT_EQ(Utf8From1252("\xE9"), "\xC3\xA9");
@@ -19,7 +20,7 @@ TEST(TextCodec, LowerCaseKnowsTheAccentedLetters) {
 
 TEST(TextCodec, UnknownCharactersBecomeQuestionMarks) {
     EXPECT_EQ(Cp1252FromUtf8("\xE4\xB8\xAD"), "?");  // a CJK character
-    EXPECT_EQ(Cp1252FromUtf8("a\xC3"), "a?");       // cut short
+    EXPECT_EQ(Cp1252FromUtf8("a\xC3"), "a?");        // cut short
 }
 
 TEST(TextCodec, TrimSpaces) {

@@ -16,16 +16,32 @@ void* Allocate(std::size_t n) {
 }
 }  // namespace
 
-void* operator new(std::size_t n) { return Allocate(n); }
-void* operator new[](std::size_t n) { return Allocate(n); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+void* operator new(std::size_t n) {
+    return Allocate(n);
+}
+void* operator new[](std::size_t n) {
+    return Allocate(n);
+}
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+void operator delete[](void* p) noexcept {
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept {
+    std::free(p);
+}
 
 namespace mw::test {
 
-void ResetLargestAllocation() { largest.store(0); }
-std::size_t LargestAllocation() { return largest.load(); }
+void ResetLargestAllocation() {
+    largest.store(0);
+}
+std::size_t LargestAllocation() {
+    return largest.load();
+}
 
 }  // namespace mw::test

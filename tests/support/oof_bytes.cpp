@@ -52,9 +52,11 @@ OofBytes& OofBytes::sub(const RawSub& s) {
     w.i32(0);
     w.i32(0);
     w.i32(static_cast<std::int32_t>(s.skipped.size()));
-    for (auto v : s.skipped) w.i32(v);
+    for (auto v : s.skipped)
+        w.i32(v);
     w.i32(static_cast<std::int32_t>(s.positions.size()));
-    for (auto p : s.positions) w.vec3(p);
+    for (auto p : s.positions)
+        w.vec3(p);
     for (std::size_t i = 0; i < s.positions.size(); ++i) {
         w.vec3(i < s.normals.size() ? s.normals[i] : Vector3{0, 0, 1});
     }
@@ -71,7 +73,8 @@ OofBytes& OofBytes::sub(const RawSub& s) {
         if (f.texture >= 0) {
             w.i32(f.texture);
         } else {
-            for (auto c : f.color) w.u8(c);
+            for (auto c : f.color)
+                w.u8(c);
         }
         for (const FaceVertex& c : f.corners) {
             w.i32(c.VertexIndex);
@@ -87,7 +90,8 @@ OofBytes& OofBytes::sub(const RawSub& s) {
 OofBytes& OofBytes::textures(const std::vector<std::string>& storedNames) {
     ByteWriter w;
     w.i32(static_cast<std::int32_t>(storedNames.size()));
-    for (const auto& n : storedNames) WriteText(w, n);
+    for (const auto& n : storedNames)
+        WriteText(w, n);
     return chunk("TXTR", w);
 }
 

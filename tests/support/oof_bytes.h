@@ -22,8 +22,8 @@ struct RawSub {
     int index = 0;
     int parent = -1;
     Vector3 offset;
-    std::string name = "part";     // written with a terminating NUL
-    std::string properties;       // written with a terminating NUL
+    std::string name = "part";  // written with a terminating NUL
+    std::string properties;     // written with a terminating NUL
     std::vector<Vector3> positions;
     std::vector<Vector3> normals;  // defaults to (0, 0, 1) per vertex
     std::vector<float> alphas;     // defaults to 1 per vertex; written from version 2300
@@ -32,7 +32,7 @@ struct RawSub {
 };
 
 class OofBytes {
-public:
+  public:
     explicit OofBytes(std::int32_t version = 2300, const char* id = "PSPO");
 
     // Appends a chunk with the given content; `length` overrides the stated length.
@@ -48,7 +48,7 @@ public:
 
     std::vector<std::uint8_t> bytes;
 
-private:
+  private:
     std::int32_t version_;
 };
 

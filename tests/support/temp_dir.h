@@ -7,7 +7,7 @@ namespace mw::test {
 
 // A fresh folder under the system's temporary folder, removed again at the end.
 class TempDir {
-public:
+  public:
     explicit TempDir(const std::string& name);
     ~TempDir();
     TempDir(const TempDir&) = delete;
@@ -16,7 +16,7 @@ public:
     std::filesystem::path operator/(const std::string& file) const { return path_ / file; }
     const std::filesystem::path& path() const { return path_; }
 
-private:
+  private:
     std::filesystem::path path_;
 };
 
