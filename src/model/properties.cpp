@@ -1,6 +1,7 @@
 #include "model/properties.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 
@@ -102,6 +103,41 @@ double LeadingNumber(std::string_view text) {
     const std::string number(text.substr(0, end));
     const double v = std::strtod(number.c_str(), nullptr);
     return std::isfinite(v) ? v : 0.0;
+}
+
+std::string PlainNumber(float v) {
+    char buf[64];
+    const auto r = std::to_chars(buf, buf + sizeof buf, v, std::chars_format::fixed);
+    return std::string(buf, r.ptr);
+}
+
+bool ComposeProperties(SubObject& sub, std::uint32_t flag) {
+    const Keyword* match = nullptr;
+    for (const Keyword& k : kKeywords) {
+        // "$thruster=" shares the glow bit; the panel always writes "$glow=".
+        if (k.flag == flag && k.prefix != "$thruster=") {
+            match = &k;
+            break;
+        }
+    }
+    if (match == nullptr) return false;
+    sub.PropertyFlags = flag;
+    sub.Properties = std::string(match->prefix);
+    auto join = [](std::initializer_list<float> values) {
+        std::string text;
+        for (float v : values)
+            text += (text.empty() ? "" : ",") + PlainNumber(v);
+        return text;
+    };
+    if (flag == kPropRotate) {
+        sub.Properties += PlainNumber(sub.RotateSpeed);
+    } else if (flag == kPropGlow) {
+        sub.Properties +=
+            join({sub.GlowColor[0], sub.GlowColor[1], sub.GlowColor[2], sub.GlowSize});
+    } else if (flag == kPropFov) {
+        sub.Properties += join({sub.FovValues[0], sub.FovValues[1], sub.FovValues[2]});
+    }
+    return true;
 }
 
 void ParseProperties(SubObject& sub) {

@@ -13,6 +13,14 @@ namespace mw {
 // RotateSpeed, GlowColor/GlowSize and FovValues from it.
 void ParseProperties(SubObject& sub);
 
+// Gives the sub-object exactly one property, as the sub-object panel does: PropertyFlags
+// becomes `flag` alone and Properties its keyword, followed for "$rotate=", "$glow=" and
+// "$fov=" by the sub-object's current values. Returns false for a flag that is no keyword.
+bool ComposeProperties(SubObject& sub, std::uint32_t flag);
+
+// A number as plain decimal text: "2", "0.5".
+std::string PlainNumber(float v);
+
 // The decimal number at the start of a text (digits, an optional fraction and exponent);
 // 0 when the text does not start with one.
 double LeadingNumber(std::string_view text);

@@ -67,6 +67,38 @@ TEST(Properties, ShortTextsLeaveFlagsAlone) {
     EXPECT_EQ(Parsed("a - b", kPropLayer).PropertyFlags, kPropLayer);  // filters to "ab"
 }
 
+TEST(Properties, ComposedTextsParseBackToTheSameValues) {
+    SubObject s;
+    s.PropertyFlags = kPropShell | kPropLayer;
+    s.RotateSpeed = 2.5f;
+    s.GlowColor = {1, 0.5f, 0.25f};
+    s.GlowSize = 3;
+    s.FovValues = {90, 30, 2};
+    ASSERT_TRUE(ComposeProperties(s, kPropRotate));
+    EXPECT_EQ(s.Properties, "$rotate=2.5");
+    EXPECT_EQ(s.PropertyFlags, kPropRotate);
+    ASSERT_TRUE(ComposeProperties(s, kPropGlow));
+    EXPECT_EQ(s.Properties, "$glow=1,0.5,0.25,3");
+    ASSERT_TRUE(ComposeProperties(s, kPropFov));
+    EXPECT_EQ(s.Properties, "$fov=90,30,2");
+    ASSERT_TRUE(ComposeProperties(s, kPropMonitor01 << 7));
+    EXPECT_EQ(s.Properties, "$monitor08");
+    EXPECT_FALSE(ComposeProperties(s, 0x80000000u));
+    EXPECT_EQ(s.Properties, "$monitor08");
+
+    for (std::uint32_t flag : {kPropRotate, kPropGlow, kPropFov, kPropJitter}) {
+        SubObject a = s;
+        ComposeProperties(a, flag);
+        SubObject b;
+        b.Properties = a.Properties;
+        ParseProperties(b);
+        EXPECT_EQ(b.PropertyFlags, flag);
+        EXPECT_EQ(b.RotateSpeed, flag == kPropRotate ? a.RotateSpeed : 0.0f);
+        EXPECT_EQ(b.GlowSize, flag == kPropGlow ? a.GlowSize : 0.0f);
+    }
+    EXPECT_EQ(PlainNumber(0.00001f), "0.00001");
+}
+
 TEST(Properties, LeadingNumber) {
     EXPECT_EQ(LeadingNumber("12.5abc"), 12.5);
     EXPECT_EQ(LeadingNumber(".5"), 0.5);
