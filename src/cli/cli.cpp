@@ -1,9 +1,8 @@
 #include "cli/cli.h"
 
-#include <fstream>
 #include <iostream>
-#include <iterator>
 
+#include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
@@ -30,19 +29,8 @@ bool WantsHelp(const std::vector<std::string>& args) {
     return false;
 }
 
-std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::filesystem::path& path) {
-    std::error_code ec;
-    if (std::filesystem::is_directory(path, ec)) return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)),
-                                    std::istreambuf_iterator<char>());
-    if (in.bad()) return std::nullopt;
-    return bytes;
-}
-
 int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err) {
-    const auto bytes = ReadWholeFile(path);
+    const auto bytes = ReadFileBytes(path);
     if (!bytes) {
         err << "Cannot open " << path.string() << "\n";
         return kExitNoInput;

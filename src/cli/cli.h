@@ -31,8 +31,6 @@ int EditCommand(const std::vector<std::string>& args, std::ostream& out, std::os
 int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
 int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
 
-std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::filesystem::path& path);
-
 bool WantsHelp(const std::vector<std::string>& args);
 
 // The model as JSON, with or without the vertex and face lists.

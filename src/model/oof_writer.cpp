@@ -1,11 +1,7 @@
 #include "model/oof_writer.h"
 
-#include <cstdio>
-#include <fstream>
-#include <random>
-#include <system_error>
-
 #include "model/byte_cursor.h"
+#include "model/file_io.h"
 #include "model/geometry.h"
 
 namespace mw {
@@ -218,36 +214,6 @@ void OofWriter::points(const char* id, const std::vector<ModelPoint>& list) {
 
 std::vector<std::uint8_t> WriteOOF(ModelData& model) {
     return OofWriter(model).run();
-}
-
-std::string WriteFileReplacing(const std::filesystem::path& path,
-                               std::span<const std::uint8_t> bytes) {
-    namespace fs = std::filesystem;
-    const std::string failure = "Error writing " + path.string();
-    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-    std::random_device seed;
-    const fs::path temp =
-        folder / ("." + path.filename().string() + "." + std::to_string(seed()) + ".tmp");
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) return failure;
-        out.write(reinterpret_cast<const char*>(bytes.data()),
-                  static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            std::error_code ignored;
-            fs::remove(temp, ignored);
-            return failure;
-        }
-    }
-    std::error_code ec;
-    fs::rename(temp, path, ec);
-    if (ec) {
-        fs::remove(temp, ec);
-        return failure;
-    }
-    return {};
 }
 
 std::string SaveOOF(ModelData& model, const std::filesystem::path& path) {

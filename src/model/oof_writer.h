@@ -15,12 +15,6 @@ namespace mw {
 // WriterInfo(); merged save slots become one sub-object each.
 std::vector<std::uint8_t> WriteOOF(ModelData& model);
 
-// Writes `bytes` to `path` through a temporary file in the same folder, replacing the
-// target only when everything was written. Returns an empty text on success, else a
-// message naming the file.
-std::string WriteFileReplacing(const std::filesystem::path& path,
-                               std::span<const std::uint8_t> bytes);
-
 // WriteOOF into a file. An empty path does nothing. Returns the failure message, if any.
 std::string SaveOOF(ModelData& model, const std::filesystem::path& path);
 

@@ -1,4 +1,5 @@
 #include "cli/cli.h"
+#include "model/file_io.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +35,7 @@ class CliTest : public ::testing::Test {
     std::string Path(const std::string& name) const { return (dir_ / name).string(); }
     ModelData Load(const std::string& name) const {
         ModelData m;
-        EXPECT_EQ(readOOF(m, *ReadWholeFile(Path(name))), ResultCode::Success);
+        EXPECT_EQ(readOOF(m, *ReadFileBytes(Path(name))), ResultCode::Success);
         return m;
     }
 
@@ -113,7 +114,7 @@ TEST_F(CliTest, ResaveWritesWhatReadsBackTheSame) {
     ASSERT_EQ(Cli({"resave", Path("again.oof"), Path("third.oof")}).status, 0);
     ASSERT_EQ(Cli({"resave", Path("third.oof"), Path("fourth.oof")}).status, 0);
     // Keys with angle 0 turn their axis round on every save, so every second save is the same.
-    EXPECT_EQ(ReadWholeFile(Path("fourth.oof")), ReadWholeFile(Path("again.oof")));
+    EXPECT_EQ(ReadFileBytes(Path("fourth.oof")), ReadFileBytes(Path("again.oof")));
     EXPECT_EQ(ModelJson(Load("fourth.oof"), true), ModelJson(Load("again.oof"), true));
     EXPECT_EQ(Cli({"resave", Path("ship.oof"), Path("nowhere/x.oof")}).status, kExitCantCreate);
     EXPECT_EQ(Cli({"resave", Path("ship.oof")}).status, kExitUsage);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/cli.h"
+#include "model/file_io.h"
 #include "model/oof_writer.h"
 #include "sample_model.h"
 
@@ -9,7 +10,7 @@ namespace mw {
 namespace {
 
 TEST(SampleFile, MatchesItsGenerator) {
-    const auto committed = ReadWholeFile(MW_SOURCE_DIR "/samples/ship.oof");
+    const auto committed = ReadFileBytes(MW_SOURCE_DIR "/samples/ship.oof");
     ASSERT_TRUE(committed.has_value());
     ModelData sample = BuildSampleModel();
     EXPECT_EQ(WriteOOF(sample), *committed)

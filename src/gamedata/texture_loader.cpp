@@ -1,0 +1,95 @@
+#include "gamedata/texture_loader.h"
+
+#include <random>
+
+#include "gamedata/file_names.h"
+#include "model/file_io.h"
+
+namespace mw {
+
+const char* TextureSourceName(TextureSource source) {
+    switch (source) {
+        case TextureSource::Missing: return "missing";
+        case TextureSource::Loose: return "loose";
+        case TextureSource::Mission: return "mission";
+        case TextureSource::Extra13: return "extra13";
+        case TextureSource::D3: return "d3";
+    }
+    return "missing";
+}
+
+std::vector<std::uint32_t> MakeMissingTexture(std::uint32_t seed) {
+    std::mt19937 rng(seed);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    std::vector<std::uint32_t> pixels(kMissingTextureSize * kMissingTextureSize);
+    for (auto& p : pixels) {
+        const double r1 = unit(rng), r2 = unit(rng), r3 = unit(rng);
+        const auto channel = [](double r) { return static_cast<std::uint32_t>(r * 256.0) & 255u; };
+        p = channel(r3) | channel(r1) << 8 | channel(r2) << 16 | 255u << 24;
+    }
+    return pixels;
+}
+
+void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData& data,
+                       const Settings& settings, const std::vector<std::uint32_t>& missing,
+                       TextureUploader& uploader, LoadedTextures& out) {
+    out = LoadedTextures{};
+    if (model.Textures.empty()) return;
+    ArchiveReader archives(data.Hog);
+
+    const int count = static_cast<int>(model.Textures.size());
+    uploader.AllocModelTextures(count);
+    out.Slots.assign(model.Textures.size(), TextureSlot{});
+    out.Resolved.assign(model.Textures.size(), ResolvedTexture{});
+    data.Gam.GetGAMTexInfo(model, out.Slots);
+    out.ObjectKind = data.Gam.GetGAMOBJInfo(modelPath);
+
+    clsOGF& ogf = data.Ogf;
+    for (int t = 0; t < count; ++t) {
+        const auto ti = static_cast<std::size_t>(t);
+        TextureSlot& slot = out.Slots[ti];
+        ResolvedTexture& resolved = out.Resolved[ti];
+        const TexLookup found = data.Hog.GetTexIndex(model.Textures[ti].Name, settings);
+
+        std::optional<std::vector<std::uint8_t>> bytes;
+        bool animation = false;
+        if (found.index == kLooseImageIndex) {
+            resolved.Source = TextureSource::Loose;
+            resolved.Path = found.path;
+            bytes = ReadFileBytes(found.path);
+            animation = ContainsIgnoringCase(found.path, ".oaf");
+        } else if (found.index >= 0) {
+            const HogTextureEntry& e = data.Hog.Textures[static_cast<std::size_t>(found.index)];
+            resolved.Source = e.Slot == kSlotMission   ? TextureSource::Mission
+                              : e.Slot == kSlotExtra13 ? TextureSource::Extra13
+                                                       : TextureSource::D3;
+            resolved.Path = EntryName(e.Name);
+            bytes = archives.Read(e.Slot, e.Offset, e.Length);
+            animation = !e.IsOGF;
+        }
+
+        if (bytes) {
+            ByteReader r(*bytes);
+            resolved.Status = animation ? ogf.ReadOAF(r, slot, out.Frames) : ogf.ReadOGF(r);
+            resolved.Decoded = resolved.Status == OgfStatus::Ok;
+        } else {
+            resolved.Source = TextureSource::Missing;
+        }
+
+        if (!resolved.Decoded) {
+            uploader.UploadModelTexture(t, kMissingTextureSize, kMissingTextureSize,
+                                        missing.data());
+            continue;
+        }
+        slot.HasAlpha = ogf.Image.HasAlpha;
+        if (slot.Gam.GamFlags & kGamFlagAlpha) slot.HasAlpha = true;
+        if (out.ObjectKind == 2) slot.HasAlpha = false;
+        slot.Width = ogf.Image.Width;
+        slot.Height = ogf.Image.Height;
+        uploader.UploadModelTexture(t, slot.Width, slot.Height, ogf.Image.Pixels.data());
+    }
+    ogf.Image.Pixels.clear();
+    ogf.Image.Pixels.shrink_to_fit();
+}
+
+}  // namespace mw

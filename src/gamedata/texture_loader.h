@@ -1,0 +1,63 @@
+// Resolves every texture of the open model to an image from the game data, decodes it and
+// hands the pixels to the view's uploader; what cannot be found or decoded gets the
+// placeholder, so a model always renders.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "gamedata/gam.h"
+#include "gamedata/hog.h"
+#include "gamedata/ogf.h"
+#include "gamedata/settings.h"
+#include "gamedata/texture_slot.h"
+#include "model/model_data.h"
+
+namespace mw {
+
+// The view's side of texture loading.
+class TextureUploader {
+public:
+    virtual ~TextureUploader() = default;
+    // Drops the previous model's textures and makes one per model texture.
+    virtual void AllocModelTextures(int count) = 0;
+    // Pixels are rows from the top, red in the lowest byte.
+    virtual void UploadModelTexture(int texture, int width, int height,
+                                    const std::uint32_t* pixels) = 0;
+};
+
+// Where a texture's image came from.
+enum class TextureSource { Missing, Loose, Mission, Extra13, D3 };
+const char* TextureSourceName(TextureSource source);
+
+struct ResolvedTexture {
+    TextureSource Source = TextureSource::Missing;
+    std::string Path;       // the loose file, or the archive entry's name
+    OgfStatus Status = OgfStatus::Ok;
+    bool Decoded = false;   // false: the placeholder was uploaded
+};
+
+struct LoadedTextures {
+    std::vector<TextureSlot> Slots;
+    std::vector<ResolvedTexture> Resolved;
+    FrameStore Frames;
+    std::uint8_t ObjectKind = 0;
+};
+
+// The game-data readers the loader works with.
+struct GameData {
+    clsHOG Hog;
+    clsGAM Gam;
+    clsOGF Ogf;
+};
+
+// 32 x 32 opaque pixels of random colours.
+std::vector<std::uint32_t> MakeMissingTexture(std::uint32_t seed);
+inline constexpr int kMissingTextureSize = 32;
+
+void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData& data,
+                       const Settings& settings, const std::vector<std::uint32_t>& missing,
+                       TextureUploader& uploader, LoadedTextures& out);
+
+}  // namespace mw
