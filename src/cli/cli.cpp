@@ -1,5 +1,6 @@
 #include "cli/cli.h"
 
+#include <charconv>
 #include <iostream>
 
 #include "model/file_io.h"
@@ -17,10 +18,19 @@ constexpr const char* kUsage =
     "  info FILE [--json] [--geometry]   print a model\n"
     "  resave IN OUT                     read a model and write it again\n"
     "  edit IN OUT OPERATION...          apply model operations, then write OUT\n"
+    "  textures MODEL [OPTIONS]          resolve the model's textures through the game data\n"
+    "  hog list|extract ARCHIVE ...      list or extract the files of a HOG2 archive\n"
+    "  image SOURCE [OPTIONS]            decode an OGF or OAF image, optionally to PNG\n"
+    "  gam dump SOURCE [--json]          print a GAM table's texture and object entries\n"
     "\n"
     "'meshwright-cli COMMAND --help' describes one command.\n";
 
 }  // namespace
+
+bool ParseInt(const std::string& text, int& value) {
+    const auto r = std::from_chars(text.data(), text.data() + text.size(), value);
+    return !text.empty() && r.ec == std::errc() && r.ptr == text.data() + text.size();
+}
 
 bool WantsHelp(const std::vector<std::string>& args) {
     for (const auto& a : args) {
@@ -82,6 +92,10 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "info") return InfoCommand(rest, out, err);
     if (command == "resave") return ResaveCommand(rest, out, err);
     if (command == "edit") return EditCommand(rest, out, err);
+    if (command == "textures") return TexturesCommand(rest, out, err);
+    if (command == "hog") return HogCommand(rest, out, err);
+    if (command == "image") return ImageCommand(rest, out, err);
+    if (command == "gam") return GamCommand(rest, out, err);
     err << "Unknown command '" << command << "'\n\n" << kUsage;
     return kExitUsage;
 }

@@ -25,6 +25,17 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
 int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ResaveCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int EditCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int HogCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+// The bytes of one archive entry, found by name ignoring case. Returns 0 or an exit status.
+int ExtractHogEntry(const std::string& archive, const std::string& entry,
+                    std::vector<std::uint8_t>& bytes, std::ostream& err);
+
+// A whole decimal number, or false.
+bool ParseInt(const std::string& text, int& value);
 
 // Shared by the commands: reads a model file, reporting failures on `err`. Returns 0 or
 // the exit status to end with.

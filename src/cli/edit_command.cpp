@@ -42,11 +42,6 @@ std::vector<std::string> Split(const std::string& text, std::size_t maxParts) {
     return parts;
 }
 
-bool ToInt(const std::string& text, int& v) {
-    const auto r = std::from_chars(text.data(), text.data() + text.size(), v);
-    return r.ec == std::errc() && r.ptr == text.data() + text.size() && !text.empty();
-}
-
 bool ToFloat(const std::string& text, float& v) {
     const auto r = std::from_chars(text.data(), text.data() + text.size(), v);
     return r.ec == std::errc() && r.ptr == text.data() + text.size() && !text.empty();
@@ -58,7 +53,7 @@ bool Ints(const std::string& text, std::size_t count, std::vector<int>& out) {
     if (parts.size() != count) return false;
     out.assign(count, 0);
     for (std::size_t i = 0; i < count; ++i) {
-        if (!ToInt(parts[i], out[i])) return false;
+        if (!ParseInt(parts[i], out[i])) return false;
     }
     return true;
 }
@@ -106,7 +101,7 @@ Operation ParseOperation(const std::string& option, const std::string& arg) {
         const std::size_t want = option == "--delete-point" ? 2 : 3;
         if (!type || parts.size() != want) return {};
         int i = 0, s = 0;
-        if (!ToInt(parts[1], i) || (want == 3 && !ToInt(parts[2], s))) return {};
+        if (!ParseInt(parts[1], i) || (want == 3 && !ParseInt(parts[2], s))) return {};
         if (want == 2) {
             return [t = *type, i](ModelData& m) -> std::string {
                 if (auto e = CheckPoint(m, t, i); !e.empty()) return e;
@@ -157,7 +152,7 @@ Operation ParseOperation(const std::string& option, const std::string& arg) {
     if (option == "--rename" || option == "--properties") {
         const auto parts = Split(arg, 2);
         int s = 0;
-        if (parts.size() != 2 || !ToInt(parts[0], s)) return {};
+        if (parts.size() != 2 || !ParseInt(parts[0], s)) return {};
         const bool rename = option == "--rename";
         return [s, rename, text = Cp1252FromUtf8(parts[1])](ModelData& m) -> std::string {
             if (!m.IsRecord(s)) return NoSub(s);

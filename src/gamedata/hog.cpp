@@ -59,7 +59,8 @@ HogStatus ReadHogEntries(std::span<const std::uint8_t> bytes,
     std::uint64_t position = static_cast<std::uint32_t>(dataOffset);
     for (std::int32_t i = 0; i < count; ++i) {
         HogDirectoryEntry e;
-        e.Name = r.text(kNameSize);
+        e.Field = r.text(kNameSize);
+        e.Name = e.Field.substr(0, e.Field.find('\0'));
         r.u32();
         e.Length = r.u32();
         r.u32();
@@ -78,52 +79,56 @@ void clsHOG::Reset() {
     for (auto& keys : sortedKeys_) keys.clear();
 }
 
-HogStatus clsHOG::ReadHogDirectory(const std::string& path, int slot, ProgressSink* progress) {
-    // Only the header and the directory are read, in one read each.
+HogStatus ReadHogFileEntries(const std::string& path, std::vector<HogDirectoryEntry>& entries) {
+    entries.clear();
     std::ifstream in(path, std::ios::binary);
-    std::vector<std::uint8_t> header(kHeaderSize);
-    in.read(reinterpret_cast<char*>(header.data()), kHeaderSize);
-    header.resize(static_cast<std::size_t>(in.gcount()));
-    ByteReader h(header);
-    if (h.text(4) != "HOG2") return HogStatus::NotHog;
+    std::vector<std::uint8_t> bytes(kHeaderSize);
+    in.read(reinterpret_cast<char*>(bytes.data()), kHeaderSize);
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
+    ByteReader h(bytes);
+    h.skip(4);
     const std::int32_t count = h.i32();
-    if (h.i32() == 0 && h.ok()) return HogStatus::NoDataOffset;
-    if (!h.ok() || header.size() < kHeaderSize || count < 0) return HogStatus::NotHog;
-
     std::error_code ec;
     const auto fileSize = std::filesystem::file_size(path, ec);
-    if (ec || static_cast<std::uint64_t>(count) * kEntrySize > fileSize - kHeaderSize) {
-        return HogStatus::NotHog;
+    // A directory that the file cannot hold is left for ReadHogEntries to refuse.
+    if (h.ok() && count > 0 && !ec && bytes.size() == kHeaderSize &&
+        static_cast<std::uint64_t>(count) * kEntrySize <= fileSize - kHeaderSize) {
+        bytes.resize(kHeaderSize + static_cast<std::size_t>(count) * kEntrySize);
+        in.read(reinterpret_cast<char*>(bytes.data() + kHeaderSize),
+                static_cast<std::streamsize>(bytes.size() - kHeaderSize));
+        bytes.resize(kHeaderSize + static_cast<std::size_t>(in.gcount()));
     }
-    std::vector<std::uint8_t> bytes = std::move(header);
-    bytes.resize(kHeaderSize + static_cast<std::size_t>(count) * kEntrySize);
-    in.read(reinterpret_cast<char*>(bytes.data() + kHeaderSize),
-            static_cast<std::streamsize>(bytes.size() - kHeaderSize));
-    if (static_cast<std::size_t>(in.gcount()) != bytes.size() - kHeaderSize) {
-        return HogStatus::NotHog;
-    }
+    return ReadHogEntries(bytes, entries);
+}
 
+const char* HogEntryKind(std::string_view name) {
+    const auto dot = name.find('.');
+    if (dot == std::string_view::npos) return "other";
+    const std::string ext = LowerCase1252(name.substr(dot, 4));
+    if (ext == ".oof") return "model";
+    if (ext == ".ogf") return "texture";
+    if (ext == ".oaf") return "animation";
+    if (ext == ".gam") return "table";
+    return "other";
+}
+
+HogStatus clsHOG::ReadHogDirectory(const std::string& path, int slot, ProgressSink* progress) {
     std::vector<HogDirectoryEntry> entries;
-    const HogStatus status = ReadHogEntries(bytes, entries);
+    const HogStatus status = ReadHogFileEntries(path, entries);
     if (status != HogStatus::Ok) return status;
     const auto slotByte = static_cast<std::uint8_t>(slot);
     for (std::size_t i = 0; i < entries.size(); ++i) {
         int percent = PercentOf(static_cast<double>(i + 1), static_cast<double>(entries.size()));
         ShowProgress(progress, percent, "");
         const HogDirectoryEntry& e = entries[i];
-        const auto dot = e.Name.find('.');
-        if (dot == std::string::npos) continue;
-        const std::string ext = LowerCase1252(e.Name.substr(dot, 4));
-        if (ext == ".oof") {
-            // The name as stored, padding included, as the model list shows it.
-            const std::size_t field = kHeaderSize + i * kEntrySize;
-            Models.push_back({std::string(bytes.begin() + static_cast<std::ptrdiff_t>(field),
-                                          bytes.begin() + static_cast<std::ptrdiff_t>(field + kNameSize)),
-                              e.Offset, e.Length, slotByte});
-        } else if (ext == ".ogf" || ext == ".oaf") {
-            Textures.push_back({LowerCase1252(e.Name), e.Offset, e.Length, slotByte, ext == ".ogf"});
-        } else if (ext == ".gam") {
-            GamEntries[static_cast<std::size_t>(slot)] = {e.Name, e.Offset, e.Length};
+        const std::string_view kind = HogEntryKind(e.Name);
+        if (kind == "model") {
+            Models.push_back({e.Field, e.Offset, e.Length, slotByte});
+        } else if (kind == "texture" || kind == "animation") {
+            Textures.push_back({LowerCase1252(e.Field), e.Offset, e.Length, slotByte,
+                                kind == "texture"});
+        } else if (kind == "table") {
+            GamEntries[static_cast<std::size_t>(slot)] = {e.Field, e.Offset, e.Length};
         }
     }
     return HogStatus::Ok;

@@ -48,9 +48,10 @@ struct HogSlot {
     int FirstTexture = 0, LastTexture = -1;
 };
 
-// One directory entry as any archive holds it, for listing and extracting.
+// One directory entry of an archive.
 struct HogDirectoryEntry {
-    std::string Name;  // cut at the first NUL
+    std::string Field;  // the 36-byte name field as stored
+    std::string Name;   // the field cut at its first NUL
     std::uint64_t Offset = 0;
     std::uint32_t Length = 0;
 };
@@ -60,6 +61,12 @@ enum class HogStatus { Ok = 0, NoDataOffset = 1, NotHog = 2 };
 // Reads an archive's directory from its bytes (at least the header and directory).
 HogStatus ReadHogEntries(std::span<const std::uint8_t> bytes,
                          std::vector<HogDirectoryEntry>& entries);
+
+// Reads the directory of an archive file, reading only its header and directory.
+HogStatus ReadHogFileEntries(const std::string& path, std::vector<HogDirectoryEntry>& entries);
+
+// The kind of an entry by its extension: "model", "texture", "animation", "table", "other".
+const char* HogEntryKind(std::string_view name);
 
 // The text of a name field: up to the first NUL, blanks trimmed.
 std::string EntryName(std::string_view field);

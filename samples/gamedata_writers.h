@@ -1,0 +1,75 @@
+// Small writers for the game's data formats (HOG2 archives, OGF and OAF images, GAM
+// tables). The program only reads these formats; the writers make the sample data and the
+// test fixtures.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace mw {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Pixels are 32-bit values with red in the lowest byte, then green, blue and alpha; rows
+// from the top.
+struct RgbaImage {
+    int Width = 0;
+    int Height = 0;
+    std::vector<std::uint32_t> Pixels;
+};
+
+struct OgfOptions {
+    std::uint8_t Type = 2;  // 2, 10, 121..124, 127
+    std::uint8_t Depth = 32;
+    bool TopDown = true;    // descriptor bit 5 (types 2 and 10)
+    int MipLevels = 1;      // levels written after the image (halved each time)
+    std::string Name = "image";
+    std::uint8_t IdLength = 0;
+};
+
+Bytes WriteOGF(const RgbaImage& image, const OgfOptions& options);
+
+// An animation of equally sized frames; `newerHeader` starts with byte 127.
+Bytes WriteOAF(const std::vector<RgbaImage>& frames, const OgfOptions& options,
+               bool newerHeader = true);
+
+// An archive of named files, in the order given.
+Bytes WriteHOG(const std::vector<std::pair<std::string, Bytes>>& files);
+
+struct GamTexturePage {
+    std::string TexName;
+    std::string FileName;  // with extension
+    float Alpha = 1.0f;
+    float AnimationTime = 0.0f;
+    float SlideU = 0.0f;
+    float SlideV = 0.0f;
+    std::uint32_t Flags = 0;
+};
+
+struct GamObjectPage {
+    std::string Name;
+    std::string Models[3];
+    std::uint8_t Kind = 0;
+    std::int16_t Version = 25;
+    std::uint8_t Type = 2;
+};
+
+class GamWriter {
+public:
+    GamWriter& texture(const GamTexturePage& page);
+    GamWriter& object(const GamObjectPage& page);
+    GamWriter& otherPage(std::uint8_t type, std::size_t bodySize);
+    const Bytes& bytes() const { return bytes_; }
+
+private:
+    void page(std::uint8_t type, const Bytes& body);
+    Bytes bytes_;
+};
+
+// Converts a pixel to the 16-bit formats of the compressed image types.
+std::uint16_t To4444(std::uint32_t rgba);
+std::uint16_t To1555(std::uint32_t rgba);
+
+}  // namespace mw

@@ -1,0 +1,122 @@
+#include <ostream>
+
+#include "cli/cli.h"
+#include "cli/json_writer.h"
+#include "cli/terminal_progress.h"
+#include "gamedata/texture_loader.h"
+#include "model/text_codec.h"
+
+namespace mw {
+namespace {
+
+constexpr const char* kTexturesUsage =
+    "Usage: meshwright-cli textures MODEL [--settings INI] [--d3hog PATH] [--extra13 PATH]\n"
+    "                               [--mission PATH] [--ogf-dir DIR] [--json]\n"
+    "Resolves the model's textures through the game data as the editor does: a loose image\n"
+    "in the OGF folder, then the mission archive (or loose .gam table), Extra13.hog and\n"
+    "d3.hog. Paths come from the settings file and are overridden by the options.\n";
+
+// Keeps what the loader uploads: only the sizes matter here.
+class CountingUploader : public TextureUploader {
+public:
+    void AllocModelTextures(int count) override { uploads.assign(static_cast<std::size_t>(count), {}); }
+    void UploadModelTexture(int texture, int width, int height, const std::uint32_t*) override {
+        uploads[static_cast<std::size_t>(texture)] = {width, height};
+    }
+    std::vector<std::pair<int, int>> uploads;
+};
+
+}  // namespace
+
+int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (WantsHelp(args)) {
+        out << kTexturesUsage;
+        return 0;
+    }
+    std::string model, ini;
+    std::optional<std::string> d3, extra13, mission, ogfDir;
+    bool json = false;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        const bool hasValue = i + 1 < args.size();
+        if (a == "--json") {
+            json = true;
+        } else if (a == "--settings" && hasValue) {
+            ini = args[++i];
+        } else if (a == "--d3hog" && hasValue) {
+            d3 = args[++i];
+        } else if (a == "--extra13" && hasValue) {
+            extra13 = args[++i];
+        } else if (a == "--mission" && hasValue) {
+            mission = args[++i];
+        } else if (a == "--ogf-dir" && hasValue) {
+            ogfDir = args[++i];
+        } else if (!a.starts_with("--") && model.empty()) {
+            model = a;
+        } else {
+            err << kTexturesUsage;
+            return kExitUsage;
+        }
+    }
+    if (model.empty()) {
+        err << kTexturesUsage;
+        return kExitUsage;
+    }
+
+    Settings settings;
+    if (!ini.empty()) {
+        clsIniFile file(ini);
+        if (!file.Load()) {
+            err << "Cannot open " << ini << "\n";
+            return kExitNoInput;
+        }
+        LoadSettings(file, settings);
+    }
+    if (d3) settings.D3HogPath = *d3;
+    if (mission) settings.MN3GAMPath = *mission;
+    if (ogfDir) settings.OGFPath = *ogfDir;
+    DeriveArchivePaths(settings);
+    if (extra13) settings.Extra13Path = *extra13;
+
+    ModelData data;
+    if (const int status = LoadModelFile(model, data, err)) return status;
+    GameData game;
+    TerminalProgress progress(err);
+    StreamMessages messages(err);
+    game.Hog.ReadHOGs(settings, &progress);
+    game.Gam.ReadGAMs(game.Hog, settings, &progress, &messages);
+    CountingUploader uploader;
+    LoadedTextures loaded;
+    LoadModelTextures(data, model, game, settings, MakeMissingTexture(1), uploader, loaded);
+
+    JsonWriter j;
+    j.beginObject().field("object_kind", static_cast<int>(loaded.ObjectKind));
+    j.key("textures").beginArray();
+    for (std::size_t t = 0; t < data.Textures.size(); ++t) {
+        const Texture& tex = data.Textures[t];
+        const ResolvedTexture& r = loaded.Resolved[t];
+        const TextureSlot& slot = loaded.Slots[t];
+        const auto [width, height] = uploader.uploads[t];
+        if (!json) {
+            out << t << "  " << Utf8From1252(tex.Name) << "  (" << Utf8From1252(tex.GameName)
+                << ")  " << TextureSourceName(r.Source) << " " << r.Path << "  " << width << " x "
+                << height << (slot.FrameCount > 0 ? "  " + std::to_string(slot.FrameCount) + " frames" : "")
+                << (slot.HasAlpha ? "  alpha" : "") << (r.Decoded ? "" : "  placeholder") << "\n";
+            continue;
+        }
+        j.beginObject().field("name", Utf8From1252(tex.Name));
+        j.field("game_name", Utf8From1252(tex.GameName));
+        j.field("source", TextureSourceName(r.Source)).field("path", Utf8From1252(r.Path));
+        j.field("decoded", r.Decoded).field("status", static_cast<int>(r.Status));
+        j.field("width", width).field("height", height).field("frames", slot.FrameCount);
+        j.field("has_alpha", slot.HasAlpha);
+        j.field("gam_flags", static_cast<std::int64_t>(slot.Gam.GamFlags));
+        j.field("anim_time", slot.Gam.AnimationTime()).field("slide_u", slot.Gam.SlideTimeU());
+        j.field("slide_v", slot.Gam.SlideTimeV()).endObject();
+    }
+    j.endArray().endObject();
+    if (json) out << j.str() << "\n";
+    return 0;
+}
+
+}  // namespace mw
