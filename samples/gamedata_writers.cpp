@@ -18,7 +18,9 @@ void NulText(ByteWriter& w, const std::string& text) {
     w.u8(0);
 }
 
-std::uint32_t Channel(std::uint32_t rgba, int shift) { return (rgba >> shift) & 255u; }
+std::uint32_t Channel(std::uint32_t rgba, int shift) {
+    return (rgba >> shift) & 255u;
+}
 
 RgbaImage Halved(const RgbaImage& image) {
     RgbaImage half;
@@ -27,7 +29,8 @@ RgbaImage Halved(const RgbaImage& image) {
     for (int y = 0; y < half.Height; ++y) {
         for (int x = 0; x < half.Width; ++x) {
             half.Pixels.push_back(image.Pixels[static_cast<std::size_t>(
-                std::min(2 * y, image.Height - 1) * image.Width + std::min(2 * x, image.Width - 1))]);
+                std::min(2 * y, image.Height - 1) * image.Width +
+                std::min(2 * x, image.Width - 1))]);
         }
     }
     return half;
@@ -52,10 +55,12 @@ void Pixels(ByteWriter& w, const RgbaImage& image, const OgfOptions& o) {
     if (sixteen) {
         // Runs of equal 16-bit pixels become repeat commands of up to 250.
         std::vector<std::uint16_t> packed;
-        for (auto p : order) packed.push_back(o.Type == 121 ? To4444(p) : To1555(p));
+        for (auto p : order)
+            packed.push_back(o.Type == 121 ? To4444(p) : To1555(p));
         for (std::size_t i = 0; i < packed.size();) {
             std::size_t n = 1;
-            while (i + n < packed.size() && n < 250 && packed[i + n] == packed[i]) ++n;
+            while (i + n < packed.size() && n < 250 && packed[i + n] == packed[i])
+                ++n;
             w.u8(n == 1 ? 0 : static_cast<std::uint8_t>(n));
             w.u16(packed[i]);
             i += n;
@@ -63,7 +68,8 @@ void Pixels(ByteWriter& w, const RgbaImage& image, const OgfOptions& o) {
     } else if (o.Type == 10) {
         for (std::size_t i = 0; i < order.size();) {
             std::size_t n = 1;
-            while (i + n < order.size() && n < 128 && order[i + n] == order[i]) ++n;
+            while (i + n < order.size() && n < 128 && order[i + n] == order[i])
+                ++n;
             if (n > 1) {
                 w.u8(static_cast<std::uint8_t>(0x80 | (n - 1)));
                 TrueColourPixel(w, order[i], o.Depth);
@@ -74,13 +80,15 @@ void Pixels(ByteWriter& w, const RgbaImage& image, const OgfOptions& o) {
                     ++raw;
                 }
                 w.u8(static_cast<std::uint8_t>(raw - 1));
-                for (std::size_t k = 0; k < raw; ++k) TrueColourPixel(w, order[i + k], o.Depth);
+                for (std::size_t k = 0; k < raw; ++k)
+                    TrueColourPixel(w, order[i + k], o.Depth);
                 n = raw;
             }
             i += n;
         }
     } else {
-        for (auto p : order) TrueColourPixel(w, p, o.Depth);
+        for (auto p : order)
+            TrueColourPixel(w, p, o.Depth);
     }
 }
 
@@ -94,12 +102,14 @@ void Image(ByteWriter& w, const RgbaImage& image, const OgfOptions& o) {
         Name(w, o.Name, 35);
     }
     w.u8(static_cast<std::uint8_t>(o.MipLevels));
-    for (int i = 0; i < 9; ++i) w.u8(0);
+    for (int i = 0; i < 9; ++i)
+        w.u8(0);
     w.u16(static_cast<std::uint16_t>(image.Width));
     w.u16(static_cast<std::uint16_t>(image.Height));
     w.u8(o.Depth);
     w.u8(o.TopDown ? 0x28 : 0x08);
-    for (int i = 0; i < o.IdLength; ++i) w.u8('#');
+    for (int i = 0; i < o.IdLength; ++i)
+        w.u8('#');
     Pixels(w, image, o);
     RgbaImage level = image;
     for (int m = 1; m < o.MipLevels; ++m) {
@@ -127,8 +137,7 @@ Bytes WriteOGF(const RgbaImage& image, const OgfOptions& options) {
     return w.release();
 }
 
-Bytes WriteOAF(const std::vector<RgbaImage>& frames, const OgfOptions& options,
-               bool newerHeader) {
+Bytes WriteOAF(const std::vector<RgbaImage>& frames, const OgfOptions& options, bool newerHeader) {
     ByteWriter w;
     if (newerHeader) {
         w.u8(127);
@@ -137,9 +146,11 @@ Bytes WriteOAF(const std::vector<RgbaImage>& frames, const OgfOptions& options,
         w.u32(0);
     } else {
         w.u8(static_cast<std::uint8_t>(frames.size()));
-        for (int i = 0; i < 16; ++i) w.u8(0);
+        for (int i = 0; i < 16; ++i)
+            w.u8(0);
     }
-    for (const RgbaImage& f : frames) Image(w, f, options);
+    for (const RgbaImage& f : frames)
+        Image(w, f, options);
     return w.release();
 }
 
@@ -148,7 +159,8 @@ Bytes WriteHOG(const std::vector<std::pair<std::string, Bytes>>& files) {
     w.raw("HOG2");
     w.i32(static_cast<std::int32_t>(files.size()));
     w.i32(static_cast<std::int32_t>(68 + 48 * files.size()));
-    for (int i = 0; i < 56; ++i) w.u8(0xFF);
+    for (int i = 0; i < 56; ++i)
+        w.u8(0xFF);
     for (const auto& [name, data] : files) {
         Name(w, name, 36);
         w.u32(0);
@@ -175,12 +187,14 @@ GamWriter& GamWriter::texture(const GamTexturePage& p) {
     NulText(w, p.TexName);
     NulText(w, p.FileName);
     NulText(w, "");
-    for (int i = 0; i < 12; ++i) w.u8(static_cast<std::uint8_t>(i));
+    for (int i = 0; i < 12; ++i)
+        w.u8(static_cast<std::uint8_t>(i));
     w.f32(p.Alpha);
     w.f32(p.AnimationTime);
     w.f32(p.SlideU);
     w.f32(p.SlideV);
-    for (int i = 28; i < 33; ++i) w.u8(0);
+    for (int i = 28; i < 33; ++i)
+        w.u8(0);
     w.u32(0x12345678);
     w.u32(p.Flags);
     w.raw("trailing page data the reader does not need");
@@ -193,9 +207,12 @@ GamWriter& GamWriter::object(const GamObjectPage& p) {
     w.u16(static_cast<std::uint16_t>(p.Version));
     w.u8(p.Type);
     NulText(w, p.Name);
-    for (const auto& m : p.Models) NulText(w, m);
-    for (int i = 0; i < 3; ++i) w.u32(0);
-    for (int i = 0; i < (p.Version < 24 ? 1 : 2); ++i) w.u8(0);
+    for (const auto& m : p.Models)
+        NulText(w, m);
+    for (int i = 0; i < 3; ++i)
+        w.u32(0);
+    for (int i = 0; i < (p.Version < 24 ? 1 : 2); ++i)
+        w.u8(0);
     if (p.Type == 7 && p.Version > 24) w.u16(0);
     NulText(w, "icon");
     if (p.Version > 17) NulText(w, "script");
@@ -205,9 +222,11 @@ GamWriter& GamWriter::object(const GamObjectPage& p) {
     NulText(w, "sound");
     w.u32(0);
     w.u32(0);
-    for (int i = 0; i < 68; ++i) w.u8(0xAB);
+    for (int i = 0; i < 68; ++i)
+        w.u8(0xAB);
     w.u32(0);
-    for (int i = 0; i < 49; ++i) w.u8(0xCD);
+    for (int i = 0; i < 49; ++i)
+        w.u8(0xCD);
     w.u8(p.Kind);
     page(10, w.release());
     return *this;

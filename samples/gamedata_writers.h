@@ -23,8 +23,8 @@ struct RgbaImage {
 struct OgfOptions {
     std::uint8_t Type = 2;  // 2, 10, 121..124, 127
     std::uint8_t Depth = 32;
-    bool TopDown = true;    // descriptor bit 5 (types 2 and 10)
-    int MipLevels = 1;      // levels written after the image (halved each time)
+    bool TopDown = true;  // descriptor bit 5 (types 2 and 10)
+    int MipLevels = 1;    // levels written after the image (halved each time)
     std::string Name = "image";
     std::uint8_t IdLength = 0;
 };
@@ -57,13 +57,13 @@ struct GamObjectPage {
 };
 
 class GamWriter {
-public:
+  public:
     GamWriter& texture(const GamTexturePage& page);
     GamWriter& object(const GamObjectPage& page);
     GamWriter& otherPage(std::uint8_t type, std::size_t bodySize);
     const Bytes& bytes() const { return bytes_; }
 
-private:
+  private:
     void page(std::uint8_t type, const Bytes& body);
     Bytes bytes_;
 };

@@ -15,7 +15,8 @@ template <typename Fn>
 RgbaImage Paint(int w, int h, Fn&& colour) {
     RgbaImage image{w, h, {}};
     for (int y = 0; y < h; ++y) {
-        for (int x = 0; x < w; ++x) image.Pixels.push_back(colour(x, y));
+        for (int x = 0; x < w; ++x)
+            image.Pixels.push_back(colour(x, y));
     }
     return image;
 }

@@ -24,8 +24,8 @@ void Print(const clsGAM& gam, bool json, std::ostream& out) {
         }
         out << "Objects: " << gam.Objects.size() << "\n";
         for (const auto& o : gam.Objects) {
-            out << "  " << Utf8From1252(o.ObjName) << "  kind " << static_cast<int>(o.Kind)
-                << "  " << Utf8From1252(o.Model1) << "\n";
+            out << "  " << Utf8From1252(o.ObjName) << "  kind " << static_cast<int>(o.Kind) << "  "
+                << Utf8From1252(o.Model1) << "\n";
         }
         return;
     }

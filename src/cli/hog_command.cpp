@@ -26,8 +26,7 @@ int ReadEntries(const std::string& archive, std::vector<HogDirectoryEntry>& entr
     const HogStatus status = ReadHogFileEntries(archive, entries);
     if (status != HogStatus::Ok) {
         err << archive
-            << (status == HogStatus::NotHog ? " is not a HOG2 archive\n"
-                                            : " has no data offset\n");
+            << (status == HogStatus::NotHog ? " is not a HOG2 archive\n" : " has no data offset\n");
         return static_cast<int>(status);
     }
     return 0;

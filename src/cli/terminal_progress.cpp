@@ -1,7 +1,7 @@
 #include "cli/terminal_progress.h"
 
-#include <iostream>
 #include <unistd.h>
+#include <iostream>
 
 namespace mw {
 

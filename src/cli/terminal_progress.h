@@ -9,12 +9,12 @@
 namespace mw {
 
 class TerminalProgress : public ProgressSink {
-public:
+  public:
     explicit TerminalProgress(std::ostream& err);
     void End() override;
     void Report(int percent, const std::string& text) override;
 
-private:
+  private:
     std::ostream& err_;
     bool enabled_;
     std::string text_;
@@ -22,11 +22,11 @@ private:
 };
 
 class StreamMessages : public MessageSink {
-public:
+  public:
     explicit StreamMessages(std::ostream& err) : err_(err) {}
     void Information(const std::string& text) override { err_ << text << "\n"; }
 
-private:
+  private:
     std::ostream& err_;
 };
 

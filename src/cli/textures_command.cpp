@@ -18,8 +18,10 @@ constexpr const char* kTexturesUsage =
 
 // Keeps what the loader uploads: only the sizes matter here.
 class CountingUploader : public TextureUploader {
-public:
-    void AllocModelTextures(int count) override { uploads.assign(static_cast<std::size_t>(count), {}); }
+  public:
+    void AllocModelTextures(int count) override {
+        uploads.assign(static_cast<std::size_t>(count), {});
+    }
     void UploadModelTexture(int texture, int width, int height, const std::uint32_t*) override {
         uploads[static_cast<std::size_t>(texture)] = {width, height};
     }
@@ -100,7 +102,8 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
         if (!json) {
             out << t << "  " << Utf8From1252(tex.Name) << "  (" << Utf8From1252(tex.GameName)
                 << ")  " << TextureSourceName(r.Source) << " " << r.Path << "  " << width << " x "
-                << height << (slot.FrameCount > 0 ? "  " + std::to_string(slot.FrameCount) + " frames" : "")
+                << height
+                << (slot.FrameCount > 0 ? "  " + std::to_string(slot.FrameCount) + " frames" : "")
                 << (slot.HasAlpha ? "  alpha" : "") << (r.Decoded ? "" : "  placeholder") << "\n";
             continue;
         }

@@ -5,7 +5,9 @@
 namespace mw {
 namespace {
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+char Lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 bool IsFile(const std::filesystem::path& p) {
     std::error_code ec;
@@ -22,7 +24,8 @@ std::string NormalizeSeparators(std::string_view path) {
 
 std::string AsciiLower(std::string_view text) {
     std::string out(text);
-    for (char& c : out) c = Lower(c);
+    for (char& c : out)
+        c = Lower(c);
     return out;
 }
 

@@ -25,7 +25,9 @@ std::string SpanName(ByteReader& r, std::size_t span) {
     return field.substr(0, nul);
 }
 
-std::string CleanName(std::string_view text) { return LowerCase1252(EntryName(text)); }
+std::string CleanName(std::string_view text) {
+    return LowerCase1252(EntryName(text));
+}
 
 GamTextureProperties ReadProperties(ByteReader& r) {
     GamTextureProperties p;
@@ -36,8 +38,7 @@ GamTextureProperties ReadProperties(ByteReader& r) {
     return p;
 }
 
-bool ReadTexturePage(ByteReader& r, std::uint64_t base, std::uint8_t source,
-                     GamTextureEntry& e) {
+bool ReadTexturePage(ByteReader& r, std::uint64_t base, std::uint8_t source, GamTextureEntry& e) {
     r.u16();  // version
     e.TexName = SpanName(r, 35);
     const std::string file = EntryName(SpanName(r, 35));

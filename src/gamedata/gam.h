@@ -33,15 +33,15 @@ struct GamObjectEntry {
 };
 
 class clsGAM {
-public:
+  public:
     // Rebuilds both lists from the loaded archives' tables and the loose table named by
     // MN3GAMPath (which is emptied when that file is missing).
     void ReadGAMs(const clsHOG& hog, Settings& settings, ProgressSink* progress,
                   MessageSink* messages);
 
     // Reads one table's pages; `base` is the table's position in its file.
-    void ReadGamTable(std::span<const std::uint8_t> table, std::uint64_t base,
-                      std::uint8_t source, ProgressSink* progress);
+    void ReadGamTable(std::span<const std::uint8_t> table, std::uint64_t base, std::uint8_t source,
+                      ProgressSink* progress);
 
     // Gives each model texture its game and file names and its GAM properties.
     void GetGAMTexInfo(ModelData& model, std::vector<TextureSlot>& slots) const;

@@ -24,7 +24,8 @@ std::string EntryKey(std::string_view lowerField) {
 std::optional<std::filesystem::path> ArchiveFile(const std::string& setting,
                                                  std::initializer_list<const char*> names) {
     bool named = false;
-    for (const char* n : names) named = named || ContainsIgnoringCase(setting, n);
+    for (const char* n : names)
+        named = named || ContainsIgnoringCase(setting, n);
     if (!named) return std::nullopt;
     auto file = FindFileIgnoringCase(setting);
     if (!file) return std::nullopt;
@@ -76,7 +77,8 @@ void clsHOG::Reset() {
     Textures.clear();
     GamEntries = {};
     Slots = {};
-    for (auto& keys : sortedKeys_) keys.clear();
+    for (auto& keys : sortedKeys_)
+        keys.clear();
 }
 
 HogStatus ReadHogFileEntries(const std::string& path, std::vector<HogDirectoryEntry>& entries) {
@@ -125,8 +127,8 @@ HogStatus clsHOG::ReadHogDirectory(const std::string& path, int slot, ProgressSi
         if (kind == "model") {
             Models.push_back({e.Field, e.Offset, e.Length, slotByte});
         } else if (kind == "texture" || kind == "animation") {
-            Textures.push_back({LowerCase1252(e.Field), e.Offset, e.Length, slotByte,
-                                kind == "texture"});
+            Textures.push_back(
+                {LowerCase1252(e.Field), e.Offset, e.Length, slotByte, kind == "texture"});
         } else if (kind == "table") {
             GamEntries[static_cast<std::size_t>(slot)] = {e.Field, e.Offset, e.Length};
         }

@@ -77,7 +77,7 @@ struct TexLookup {
 };
 
 class clsHOG {
-public:
+  public:
     // Rebuilds the index from the archive paths of the settings. A missing d3.hog or
     // Extra13.hog empties its path in the settings.
     void ReadHOGs(Settings& settings, ProgressSink* progress);
@@ -98,7 +98,7 @@ public:
     std::array<HogGamEntry, 5> GamEntries;
     std::array<HogSlot, 4> Slots;  // 1..3 used
 
-private:
+  private:
     void Reset();
     // Per slot: (lookup key, texture index), sorted, for the exact search.
     std::array<std::vector<std::pair<std::string, int>>, 4> sortedKeys_;
@@ -106,14 +106,14 @@ private:
 
 // The archive files of the loaded slots, each opened once, for reading entry data.
 class ArchiveReader {
-public:
+  public:
     explicit ArchiveReader(const clsHOG& hog);
     bool IsOpen(int slot) const;
     // The bytes at offset..offset+length of a slot's archive (fewer when the file is shorter).
     std::optional<std::vector<std::uint8_t>> Read(int slot, std::uint64_t offset,
                                                   std::uint64_t length);
 
-private:
+  private:
     std::array<std::ifstream, 4> files_;
     std::array<std::uint64_t, 4> sizes_{};
 };

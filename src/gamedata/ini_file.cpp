@@ -94,8 +94,8 @@ bool clsIniFile::Load() {
 
 bool clsIniFile::Save() const {
     const std::string text = Text();
-    return WriteFileReplacing(path_, std::span(reinterpret_cast<const std::uint8_t*>(text.data()),
-                                               text.size()))
+    return WriteFileReplacing(
+               path_, std::span(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()))
         .empty();
 }
 
@@ -114,7 +114,8 @@ void clsIniFile::SetText(std::string_view text) {
 
 std::string clsIniFile::Text() const {
     std::string out;
-    for (const auto& line : lines_) out += line + "\n";
+    for (const auto& line : lines_)
+        out += line + "\n";
     return out;
 }
 
@@ -169,7 +170,8 @@ std::string clsIniFile::GetString(std::string_view section, std::string_view key
     if (!v || v->empty()) return std::string(def);
     if (v->size() > 254) {
         std::size_t cut = 254;  // not inside a UTF-8 sequence
-        while (cut > 0 && (static_cast<unsigned char>((*v)[cut]) & 0xC0) == 0x80) --cut;
+        while (cut > 0 && (static_cast<unsigned char>((*v)[cut]) & 0xC0) == 0x80)
+            --cut;
         v->resize(cut);
     }
     return *v;

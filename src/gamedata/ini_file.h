@@ -14,7 +14,7 @@
 namespace mw {
 
 class clsIniFile {
-public:
+  public:
     clsIniFile() = default;
     explicit clsIniFile(std::filesystem::path path) : path_(std::move(path)) {}
 
@@ -42,7 +42,7 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
 
-private:
+  private:
     std::filesystem::path path_;
     std::vector<std::string> lines_;
 };

@@ -14,8 +14,9 @@ std::uint32_t Rgba(std::uint32_t r, std::uint32_t g, std::uint32_t b, std::uint3
 
 }  // namespace
 
-bool Is16BitType(std::uint8_t type) { return type >= 121 && type <= 127 && type != 125 && type != 126; }
-
+bool Is16BitType(std::uint8_t type) {
+    return type >= 121 && type <= 127 && type != 125 && type != 126;
+}
 
 clsOGF::clsOGF() {
     for (std::uint32_t b = 0; b < 256; ++b) {
@@ -69,8 +70,7 @@ OgfStatus clsOGF::ReadOGF(ByteReader& r) {
     return Decode16(r, type == 121);
 }
 
-OgfStatus clsOGF::DecodeTrueColour(ByteReader& r, bool runLength, int bytesPerPixel,
-                                   bool topDown) {
+OgfStatus clsOGF::DecodeTrueColour(ByteReader& r, bool runLength, int bytesPerPixel, bool topDown) {
     const std::size_t w = static_cast<std::size_t>(Image.Width);
     const std::size_t h = static_cast<std::size_t>(Image.Height);
     const std::size_t count = w * h;
@@ -102,9 +102,11 @@ OgfStatus clsOGF::DecodeTrueColour(ByteReader& r, bool runLength, int bytesPerPi
             if (n > count - produced) return OgfStatus::Damaged;
             if (packet & 0x80) {
                 const std::uint32_t pixel = readPixel();
-                for (std::size_t i = 0; i < n; ++i) place(pixel);
+                for (std::size_t i = 0; i < n; ++i)
+                    place(pixel);
             } else {
-                for (std::size_t i = 0; i < n; ++i) place(readPixel());
+                for (std::size_t i = 0; i < n; ++i)
+                    place(readPixel());
             }
         }
         if (!r.ok()) return OgfStatus::Damaged;

@@ -34,7 +34,7 @@ struct DecodedImage {
 };
 
 class clsOGF {
-public:
+  public:
     clsOGF();
 
     // Decodes the image at the reader's position; on success the reader stands after the
@@ -49,9 +49,8 @@ public:
     DecodedImage Image;
     std::array<std::uint8_t, 3> FrameSignature{};
 
-private:
-    OgfStatus DecodeTrueColour(ByteReader& r, bool runLength, int bytesPerPixel,
-                               bool topDown);
+  private:
+    OgfStatus DecodeTrueColour(ByteReader& r, bool runLength, int bytesPerPixel, bool topDown);
     OgfStatus Decode16(ByteReader& r, bool format4444);
 
     // [byte][0] for the low byte of a 16-bit pixel, [byte][1] for the high byte.

@@ -8,7 +8,7 @@
 namespace mw {
 
 class ProgressSink {
-public:
+  public:
     virtual ~ProgressSink() = default;
     virtual void Begin() {}
     virtual void End() {}
@@ -17,7 +17,7 @@ public:
 };
 
 class MessageSink {
-public:
+  public:
     virtual ~MessageSink() = default;
     virtual void Information(const std::string& text) = 0;
 };

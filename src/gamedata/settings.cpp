@@ -1,8 +1,8 @@
 #include "gamedata/settings.h"
 
+#include <unistd.h>
 #include <cmath>
 #include <cstdlib>
-#include <unistd.h>
 
 #include "gamedata/file_names.h"
 #include "model/version.h"
@@ -56,24 +56,30 @@ struct StringKey {
     std::string Settings::*field;
 };
 constexpr StringKey kPathKeys[] = {
-    {"D3HogPath", &Settings::D3HogPath},     {"MN3GAMPath", &Settings::MN3GAMPath},
-    {"OGFPath", &Settings::OGFPath},         {"POFGENPath", &Settings::POFGENPath},
+    {"D3HogPath", &Settings::D3HogPath},
+    {"MN3GAMPath", &Settings::MN3GAMPath},
+    {"OGFPath", &Settings::OGFPath},
+    {"POFGENPath", &Settings::POFGENPath},
     {"Background Image", &Settings::BackgroundImage},
 };
 
 template <std::size_t N>
 void LoadBools(const clsIniFile& ini, Settings& s, const BoolKey (&keys)[N]) {
     const Settings defaults;
-    for (const BoolKey& k : keys) s.*k.field = ini.GetBoolean(k.section, k.key, defaults.*k.field);
+    for (const BoolKey& k : keys)
+        s.*k.field = ini.GetBoolean(k.section, k.key, defaults.*k.field);
 }
 
 template <std::size_t N>
 void SaveBools(clsIniFile& ini, const Settings& s, const BoolKey (&keys)[N]) {
-    for (const BoolKey& k : keys) ini.WriteBoolean(k.section, k.key, s.*k.field);
+    for (const BoolKey& k : keys)
+        ini.WriteBoolean(k.section, k.key, s.*k.field);
 }
 
 // Nearest integer, ties to even.
-long RoundEven(double v) { return std::lrint(v); }
+long RoundEven(double v) {
+    return std::lrint(v);
+}
 
 std::array<std::uint8_t, 3> ParseChunkSplits(const std::string& text) {
     const auto c1 = text.find(',');
@@ -99,24 +105,29 @@ std::array<std::uint8_t, 3> ParseChunkSplits(const std::string& text) {
 
 const char* ViewTypeText(ViewType type) {
     switch (type) {
-        case ViewType::Wireframe: return "Wireframe";
-        case ViewType::FlatSolid: return "FlatSolid";
-        case ViewType::SmoothSolid: return "SmoothSolid";
-        case ViewType::Textured: return "Textured";
+        case ViewType::Wireframe:
+            return "Wireframe";
+        case ViewType::FlatSolid:
+            return "FlatSolid";
+        case ViewType::SmoothSolid:
+            return "SmoothSolid";
+        case ViewType::Textured:
+            return "Textured";
     }
     return "Wireframe";
 }
 
 ViewType ParseViewType(std::string_view text) {
-    for (ViewType t : {ViewType::Wireframe, ViewType::FlatSolid, ViewType::SmoothSolid,
-                       ViewType::Textured}) {
+    for (ViewType t :
+         {ViewType::Wireframe, ViewType::FlatSolid, ViewType::SmoothSolid, ViewType::Textured}) {
         if (EqualsIgnoringCase(text, ViewTypeText(t))) return t;
     }
     return ViewType::Wireframe;
 }
 
 void LoadSettings(const clsIniFile& ini, Settings& s) {
-    for (const StringKey& k : kPathKeys) s.*k.field = ini.GetString(kPaths, k.key, "");
+    for (const StringKey& k : kPathKeys)
+        s.*k.field = ini.GetString(kPaths, k.key, "");
     const std::int16_t mode = ini.GetInt(kView, "ViewMode", 0);
     s.ViewMode = mode >= 0 && mode <= 3 ? mode : 0;
     s.View = ParseViewType(ini.GetString(kView, "ViewType", "textured"));
@@ -149,7 +160,8 @@ void SaveSettings(clsIniFile& ini, const Settings& s,
                   const std::function<bool(const std::string&)>& fileExists) {
     ini.WriteString("Application", "Name", "Meshwright");
     ini.WriteString("Application", "Version", kVersionText);
-    for (const StringKey& k : kPathKeys) ini.WriteString(kPaths, k.key, s.*k.field);
+    for (const StringKey& k : kPathKeys)
+        ini.WriteString(kPaths, k.key, s.*k.field);
     ini.WriteInt(kView, "ViewMode", s.ViewMode);
     ini.WriteString(kView, "ViewType", ViewTypeText(s.View));
     SaveBools(ini, s, kViewBools);
@@ -163,8 +175,9 @@ void SaveSettings(clsIniFile& ini, const Settings& s,
     ini.WriteString(kPof, "Error Factor", FloatText(s.PofErrorFactor));
     ini.WriteInt(kPof, "Shading Mode", s.PofShadingMode);
     ini.WriteString(kPof, "Chunk Splits",
-                    std::to_string(s.PofChunkSplits[0]) + "," + std::to_string(s.PofChunkSplits[1]) +
-                        "," + std::to_string(s.PofChunkSplits[2]));
+                    std::to_string(s.PofChunkSplits[0]) + "," +
+                        std::to_string(s.PofChunkSplits[1]) + "," +
+                        std::to_string(s.PofChunkSplits[2]));
     SaveBools(ini, s, kPofBools);
     SaveBools(ini, s, kOrfBools);
     ini.WriteString(kOrf, "Special Face Size", FloatText(s.SpecialFaceSize));

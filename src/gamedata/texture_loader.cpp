@@ -9,11 +9,16 @@ namespace mw {
 
 const char* TextureSourceName(TextureSource source) {
     switch (source) {
-        case TextureSource::Missing: return "missing";
-        case TextureSource::Loose: return "loose";
-        case TextureSource::Mission: return "mission";
-        case TextureSource::Extra13: return "extra13";
-        case TextureSource::D3: return "d3";
+        case TextureSource::Missing:
+            return "missing";
+        case TextureSource::Loose:
+            return "loose";
+        case TextureSource::Mission:
+            return "mission";
+        case TextureSource::Extra13:
+            return "extra13";
+        case TextureSource::D3:
+            return "d3";
     }
     return "missing";
 }

@@ -18,7 +18,7 @@ namespace mw {
 
 // The view's side of texture loading.
 class TextureUploader {
-public:
+  public:
     virtual ~TextureUploader() = default;
     // Drops the previous model's textures and makes one per model texture.
     virtual void AllocModelTextures(int count) = 0;
@@ -33,9 +33,9 @@ const char* TextureSourceName(TextureSource source);
 
 struct ResolvedTexture {
     TextureSource Source = TextureSource::Missing;
-    std::string Path;       // the loose file, or the archive entry's name
+    std::string Path;  // the loose file, or the archive entry's name
     OgfStatus Status = OgfStatus::Ok;
-    bool Decoded = false;   // false: the placeholder was uploaded
+    bool Decoded = false;  // false: the placeholder was uploaded
 };
 
 struct LoadedTextures {

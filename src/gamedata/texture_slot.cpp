@@ -15,9 +15,17 @@ float FloatAt(const std::array<std::uint8_t, 33>& block, std::size_t at) {
 
 }  // namespace
 
-float GamTextureProperties::Alpha() const { return FloatAt(Block, 12); }
-float GamTextureProperties::AnimationTime() const { return FloatAt(Block, 16); }
-float GamTextureProperties::SlideTimeU() const { return FloatAt(Block, 20); }
-float GamTextureProperties::SlideTimeV() const { return FloatAt(Block, 24); }
+float GamTextureProperties::Alpha() const {
+    return FloatAt(Block, 12);
+}
+float GamTextureProperties::AnimationTime() const {
+    return FloatAt(Block, 16);
+}
+float GamTextureProperties::SlideTimeU() const {
+    return FloatAt(Block, 20);
+}
+float GamTextureProperties::SlideTimeV() const {
+    return FloatAt(Block, 24);
+}
 
 }  // namespace mw

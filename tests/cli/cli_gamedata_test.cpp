@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+#include <QImage>
+
+#include <fstream>
+#include <sstream>
+
+#include "cli/cli.h"
+#include "gamedata_writers.h"
+#include "model/file_io.h"
+#include "support/temp_dir.h"
+
+namespace mw {
+namespace {
+
+struct CliRun {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+CliRun Cli(const std::vector<std::string>& args) {
+    std::ostringstream out, err;
+    const int status = RunCli(args, out, err);
+    return {status, out.str(), err.str()};
+}
+
+const std::string kSample = MW_SOURCE_DIR "/samples/ship.oof";
+const std::string kArchive = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
+
+TEST(CliGameData, TexturesResolveTheSampleThroughItsArchive) {
+    const CliRun r = Cli({"textures", kSample, "--d3hog", kArchive, "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(
+        r.out.starts_with("{\"object_kind\":1,\"textures\":[{\"name\":\"ship_hull\","
+                          "\"game_name\":\"Sample Hull\",\"source\":\"d3\",\"path\":"
+                          "\"ship_hull.ogf\",\"decoded\":true,\"status\":0,\"width\":64,"
+                          "\"height\":64,\"frames\":0,\"has_alpha\":false"));
+    EXPECT_NE(r.out.find("\"name\":\"ship_turret\",\"game_name\":\"Sample Turret Light\","
+                         "\"source\":\"d3\",\"path\":\"ship_turret.oaf\",\"decoded\":true,"
+                         "\"status\":0,\"width\":32,\"height\":32,\"frames\":4"),
+              std::string::npos);
+    EXPECT_NE(r.out.find("\"slide_u\":2"), std::string::npos);
+
+    // Without game data every texture is the placeholder.
+    const CliRun none = Cli({"textures", kSample});
+    EXPECT_EQ(none.status, 0);
+    EXPECT_NE(none.out.find("missing"), std::string::npos);
+    EXPECT_NE(none.out.find("placeholder"), std::string::npos);
+}
+
+TEST(CliGameData, TexturesReadPathsFromTheSettingsFile) {
+    test::TempDir dir("cli_settings");
+    const std::string ini = (dir / "MWUIData.ini").string();
+    std::ofstream(ini) << "[Path Settings]\nD3HogPath=" << kArchive << "\n";
+    const CliRun r = Cli({"textures", kSample, "--settings", ini, "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out.find("\"missing\""), std::string::npos);
+}
+
+TEST(CliGameData, HogListAndExtract) {
+    const CliRun list = Cli({"hog", "list", kArchive, "--json"});
+    ASSERT_EQ(list.status, 0);
+    EXPECT_TRUE(
+        list.out.starts_with("[{\"name\":\"sample.gam\",\"offset\":308,\"length\":720,"
+                             "\"kind\":\"table\"},{\"name\":\"ship_hull.ogf\""));
+    EXPECT_NE(list.out.find("\"kind\":\"animation\""), std::string::npos);
+
+    test::TempDir dir("cli_hog");
+    const std::string out = (dir / "wing.ogf").string();
+    ASSERT_EQ(Cli({"hog", "extract", kArchive, "SHIP_WING.OGF", out}).status, 0);
+    const auto all = ReadFileBytes(kArchive);
+    const auto one = ReadFileBytes(out);
+    ASSERT_TRUE(one && all);
+    EXPECT_TRUE(std::search(all->begin(), all->end(), one->begin(), one->end()) != all->end());
+    EXPECT_EQ(Cli({"hog", "extract", kArchive, "nope.ogf", out}).status, kExitNoInput);
+    EXPECT_EQ(Cli({"hog", "list", kSample}).status, 2);  // not an archive
+    EXPECT_EQ(Cli({"hog", "list", (dir / "none.hog").string()}).status, kExitNoInput);
+    EXPECT_EQ(Cli({"hog"}).status, kExitUsage);
+}
+
+TEST(CliGameData, ImageWritesPngsWithTheRightColoursWhateverTheType) {
+    test::TempDir dir("cli_image");
+    // The same picture as every image type: a red top row over a translucent blue one.
+    const std::uint32_t red = 0xFF0000F8u, blue = 0x00F80000u;
+    const RgbaImage picture{2, 2, {red, red, blue, blue}};
+    for (std::uint8_t type : {2, 10, 121, 122, 127}) {
+        for (bool topDown : {true, false}) {
+            const std::string file = (dir / ("t" + std::to_string(type) + ".ogf")).string();
+            ASSERT_EQ(WriteFileReplacing(file, WriteOGF(picture, {type, 32, topDown, 1, "p", 0})),
+                      "");
+            const std::string png = (dir / "out.png").string();
+            const CliRun r = Cli({"image", file, "--png", png, "--json"});
+            ASSERT_EQ(r.status, 0) << r.err;
+            EXPECT_NE(r.out.find("\"type\":" + std::to_string(type)), std::string::npos);
+            QImage back(QString::fromStdString(png));
+            ASSERT_EQ(back.width(), 2);
+            const QColor top = back.pixelColor(0, 0), bottom = back.pixelColor(1, 1);
+            EXPECT_GE(top.red(), 240) << int(type);
+            EXPECT_EQ(top.blue(), 0) << int(type);
+            EXPECT_GE(top.alpha(), 240) << int(type);
+            EXPECT_GE(bottom.blue(), 240) << int(type);
+            EXPECT_EQ(bottom.red(), 0) << int(type);
+            EXPECT_EQ(bottom.alpha(), 0) << int(type);
+        }
+    }
+}
+
+TEST(CliGameData, ImageFramesOfAnArchivedAnimation) {
+    test::TempDir dir("cli_frames");
+    const std::string png = (dir / "f.png").string();
+    const CliRun r =
+        Cli({"image", kArchive + ":ship_turret.oaf", "--frame", "3", "--png", png, "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out,
+              "{\"type\":121,\"width\":32,\"height\":32,\"depth\":32,\"mip_count\":3,"
+              "\"has_alpha\":false,\"frames\":4,\"name\":\"ship_turret\"}\n");
+    const QColor centre = QImage(QString::fromStdString(png)).pixelColor(16, 16);
+    EXPECT_GT(centre.green(), 200);  // the light at its brightest
+    EXPECT_EQ(Cli({"image", kArchive + ":ship_turret.oaf", "--frame", "4"}).status, kExitUsage);
+    EXPECT_EQ(Cli({"image", kSample}).status, 1);  // not an image
+}
+
+TEST(CliGameData, GamDump) {
+    const CliRun r = Cli({"gam", "dump", kArchive, "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(r.out.starts_with(
+        "{\"textures\":[{\"name\":\"Sample Hull\",\"file\":\"ship_hull\",\"alpha\":1,"
+        "\"anim_time\":0,\"slide_u\":0,\"slide_v\":0,\"flags\":0},"));
+    EXPECT_NE(r.out.find("\"objects\":[{\"name\":\"sample ship\",\"models\":[\"ship.oof\",\"\","
+                         "\"\"],\"kind\":1}]}"),
+              std::string::npos);
+    EXPECT_EQ(Cli({"gam", "dump"}).status, kExitUsage);
+    EXPECT_EQ(Cli({"gam", "dump", "/no/such.gam"}).status, kExitNoInput);
+}
+
+}  // namespace
+}  // namespace mw
