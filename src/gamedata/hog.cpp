@@ -40,9 +40,7 @@ std::optional<std::filesystem::path> ArchiveFile(const std::string& setting,
 std::string EntryName(std::string_view field) {
     const auto nul = field.find('\0');
     if (nul != std::string_view::npos) field = field.substr(0, nul);
-    const auto first = field.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    return std::string(field.substr(first, field.find_last_not_of(' ') - first + 1));
+    return std::string(TrimSpaces(field));
 }
 
 HogStatus ReadHogEntries(std::span<const std::uint8_t> bytes,

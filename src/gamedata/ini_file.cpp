@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "gamedata/file_names.h"
 #include "model/file_io.h"
 #include "model/text_codec.h"
 
@@ -12,20 +13,11 @@ namespace mw {
 namespace {
 
 bool SameIgnoringCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        const auto ca = static_cast<unsigned char>(a[i]);
-        const auto cb = static_cast<unsigned char>(b[i]);
-        if (std::tolower(ca) != std::tolower(cb)) return false;
-    }
-    return true;
+    return EqualsIgnoringCase(a, b);
 }
 
 std::string_view Trim(std::string_view s) {
-    const auto first = s.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos) return {};
-    const auto last = s.find_last_not_of(" \t\r");
-    return s.substr(first, last - first + 1);
+    return TrimSpaces(s, " \t\r");
 }
 
 // The section name of a "[name]" line.

@@ -99,10 +99,10 @@ std::string Cp1252FromUtf8(std::string_view utf8) {
     return out;
 }
 
-std::string_view TrimSpaces(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
+std::string_view TrimSpaces(std::string_view text, std::string_view chars) {
+    const auto first = text.find_first_not_of(chars);
     if (first == std::string_view::npos) return {};
-    const auto last = text.find_last_not_of(' ');
+    const auto last = text.find_last_not_of(chars);
     return text.substr(first, last - first + 1);
 }
 

@@ -17,7 +17,7 @@ std::string Utf8From1252(std::string_view bytes);
 // The reverse of Utf8From1252; characters outside the code page become '?'.
 std::string Cp1252FromUtf8(std::string_view utf8);
 
-// Leading and trailing spaces removed.
-std::string_view TrimSpaces(std::string_view text);
+// Leading and trailing characters of `chars` (by default spaces) removed.
+std::string_view TrimSpaces(std::string_view text, std::string_view chars = " ");
 
 }  // namespace mw

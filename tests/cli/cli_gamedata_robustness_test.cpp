@@ -11,31 +11,12 @@
 #include "gamedata/settings.h"
 #include "gamedata_writers.h"
 #include "sample_gamedata.h"
+#include "support/mutate.h"
 
 namespace mw {
 namespace {
 
-Bytes Mutated(const Bytes& original, std::mt19937& rng) {
-    Bytes bytes = original;
-    const int edits = 1 + static_cast<int>(rng() % 6);
-    for (int e = 0; e < edits && !bytes.empty(); ++e) {
-        const std::size_t at = rng() % bytes.size();
-        switch (rng() % 4) {
-            case 0:
-                bytes[at] = static_cast<std::uint8_t>(rng());
-                break;
-            case 1:
-                bytes[at] ^= static_cast<std::uint8_t>(1u << (rng() % 8));
-                break;
-            case 2:
-                bytes.resize(at);
-                break;
-            default:
-                bytes[at] = rng() % 2 ? 0xFF : 0x7F;
-        }
-    }
-    return bytes;
-}
+using test::Mutated;
 
 TEST(GameDataRobustness, MutatedArchivesImagesAndTablesEndWithAStatus) {
     const Bytes archive = BuildSampleArchive();
@@ -50,11 +31,11 @@ TEST(GameDataRobustness, MutatedArchivesImagesAndTablesEndWithAStatus) {
     }
     std::mt19937 rng(1123);
     for (int round = 0; round < 3000; ++round) {
-        const Bytes hog = Mutated(archive, rng);
+        const Bytes hog = Mutated(archive, rng, 6);
         ReadHogEntries(hog, entries);
 
         const std::size_t pick = rng() % files.size();
-        const Bytes file = Mutated(files[pick], rng);
+        const Bytes file = Mutated(files[pick], rng, 6);
         clsOGF ogf;
         ByteReader r(file);
         TextureSlot slot;
@@ -77,7 +58,7 @@ TEST(GameDataRobustness, AnySettingsTextLoads) {
         "[View Settings]\nViewType=Textured\nViewMode=2\n[POFGEN Options]\nChunk Splits=1,2,3\n"
         "Scale=0.5\n[MRU]\nFile1=/a.oof\n";
     for (int round = 0; round < 2000; ++round) {
-        const Bytes bytes = Mutated(Bytes(base.begin(), base.end()), rng);
+        const Bytes bytes = Mutated(Bytes(base.begin(), base.end()), rng, 6);
         clsIniFile ini;
         ini.SetText(std::string(bytes.begin(), bytes.end()));
         Settings s;

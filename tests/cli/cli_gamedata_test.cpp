@@ -7,22 +7,14 @@
 #include "cli/cli.h"
 #include "gamedata_writers.h"
 #include "model/file_io.h"
+#include "support/cli_run.h"
 #include "support/temp_dir.h"
 
 namespace mw {
 namespace {
 
-struct CliRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-CliRun Cli(const std::vector<std::string>& args) {
-    std::ostringstream out, err;
-    const int status = RunCli(args, out, err);
-    return {status, out.str(), err.str()};
-}
+using test::Cli;
+using test::CliRun;
 
 const std::string kSample = MW_SOURCE_DIR "/samples/ship.oof";
 const std::string kArchive = MW_SOURCE_DIR "/samples/gamedata/d3.hog";

@@ -8,6 +8,7 @@
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
 #include "sample_model.h"
+#include "support/mutate.h"
 
 namespace mw {
 namespace {
@@ -19,25 +20,7 @@ TEST(CliRobustness, MutatedModelsEndWithAReaderStatus) {
     std::mt19937 rng(20261123);
     int succeeded = 0;
     for (int round = 0; round < 4000; ++round) {
-        std::vector<std::uint8_t> bytes = original;
-        const int edits = 1 + static_cast<int>(rng() % 8);
-        for (int e = 0; e < edits; ++e) {
-            const std::size_t at = rng() % bytes.size();
-            switch (rng() % 4) {
-                case 0:
-                    bytes[at] = static_cast<std::uint8_t>(rng());
-                    break;
-                case 1:
-                    bytes[at] ^= static_cast<std::uint8_t>(1u << (rng() % 8));
-                    break;
-                case 2:
-                    bytes.resize(at + 1);
-                    break;
-                default:  // a large or negative count
-                    if (at + 4 <= bytes.size())
-                        bytes[at + 3] = static_cast<std::uint8_t>(rng() % 2 ? 0x7F : 0xFF);
-            }
-        }
+        const std::vector<std::uint8_t> bytes = test::Mutated(original, rng);
         ModelData m;
         const int status = static_cast<int>(readOOF(m, bytes));
         ASSERT_GE(status, 0);

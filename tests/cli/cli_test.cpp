@@ -9,22 +9,14 @@
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
 #include "sample_model.h"
+#include "support/cli_run.h"
 #include "support/temp_dir.h"
 
 namespace mw {
 namespace {
 
-struct CliRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-CliRun Cli(const std::vector<std::string>& args) {
-    std::ostringstream out, err;
-    const int status = RunCli(args, out, err);
-    return {status, out.str(), err.str()};
-}
+using test::Cli;
+using test::CliRun;
 
 class CliTest : public ::testing::Test {
   protected:
