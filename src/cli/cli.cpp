@@ -3,6 +3,8 @@
 #include <charconv>
 #include <iostream>
 
+#include "convert/orf_reader.h"
+#include "gamedata/file_names.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
@@ -18,6 +20,7 @@ constexpr const char* kUsage =
     "  info FILE [--json] [--geometry]   print a model\n"
     "  resave IN OUT                     read a model and write it again\n"
     "  edit IN OUT OPERATION...          apply model operations, then write OUT\n"
+    "  convert IN OUT [OPTIONS]          OOF to ORF room, or ORF room to OOF\n"
     "  textures MODEL [OPTIONS]          resolve the model's textures through the game data\n"
     "  hog list|extract ARCHIVE ...      list or extract the files of a HOG2 archive\n"
     "  image SOURCE [OPTIONS]            decode an OGF or OAF image, optionally to PNG\n"
@@ -39,13 +42,17 @@ bool WantsHelp(const std::vector<std::string>& args) {
     return false;
 }
 
-int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err) {
+int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err,
+                  const GameNameTable* names) {
     const auto bytes = ReadFileBytes(path);
     if (!bytes) {
         err << "Cannot open " << path.string() << "\n";
         return kExitNoInput;
     }
-    const ResultCode result = readOOF(model, *bytes);
+    const bool room = ContainsIgnoringCase(path.extension().string(), ".orf");
+    const ResultCode result =
+        room ? importORF(model, *bytes, names ? *names : GameNameTable::Builtin())
+             : readOOF(model, *bytes);
     if (result != ResultCode::Success) {
         err << TranslateError(result) << "\n";
         return static_cast<int>(result);
@@ -92,6 +99,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "info") return InfoCommand(rest, out, err);
     if (command == "resave") return ResaveCommand(rest, out, err);
     if (command == "edit") return EditCommand(rest, out, err);
+    if (command == "convert") return ConvertCommand(rest, out, err);
     if (command == "textures") return TexturesCommand(rest, out, err);
     if (command == "hog") return HogCommand(rest, out, err);
     if (command == "image") return ImageCommand(rest, out, err);

@@ -25,6 +25,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
 int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ResaveCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int EditCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int HogCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
@@ -37,9 +38,12 @@ int ExtractHogEntry(const std::string& archive, const std::string& entry,
 // A whole decimal number, or false.
 bool ParseInt(const std::string& text, int& value);
 
-// Shared by the commands: reads a model file, reporting failures on `err`. Returns 0 or
-// the exit status to end with.
-int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
+class GameNameTable;
+
+// Shared by the commands: reads a model file (an OOF model, or an ORF room when its name
+// ends in .orf), reporting failures on `err`. Returns 0 or the exit status to end with.
+int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err,
+                  const GameNameTable* roomNames = nullptr);
 int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
 
 bool WantsHelp(const std::vector<std::string>& args);
