@@ -2,8 +2,7 @@
 # Installs the Debian packages the build needs, only those that are missing.
 set -euo pipefail
 
-packages=(g++ cmake make libgtest-dev qt6-base-dev)
-[ "${MW_WITH_BENCH:-0}" = 1 ] && packages+=(libbenchmark-dev)
+packages=(g++ cmake make libgtest-dev libbenchmark-dev qt6-base-dev)
 
 missing=()
 for p in "${packages[@]}"; do

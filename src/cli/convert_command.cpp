@@ -102,7 +102,8 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std:
                    : kExitCantCreate;
     }
     if (!options.CombineRooms) {
-        for (const auto& f : result.Files) out << f << "\n";
+        for (const auto& f : result.Files)
+            out << f << "\n";
     }
     return 0;
 }

@@ -14,7 +14,8 @@ GameNameTable GameNameTable::Builtin() {
 
 GameNameTable GameNameTable::WithGam(const clsGAM& gam) {
     GameNameTable table = Builtin();
-    for (const GamTextureEntry& e : gam.Textures) table.AddRow(e.TexName, e.FileName);
+    for (const GamTextureEntry& e : gam.Textures)
+        table.AddRow(e.TexName, e.FileName);
     return table;
 }
 

@@ -11,7 +11,7 @@ namespace mw {
 class clsGAM;
 
 class GameNameTable {
-public:
+  public:
     // The rows that ship with the program.
     static GameNameTable Builtin();
     // The shipped rows, then the texture entries of the loaded GAM tables.
@@ -24,7 +24,7 @@ public:
 
     const std::vector<std::pair<std::string, std::string>>& rows() const { return rows_; }
 
-private:
+  private:
     std::vector<std::pair<std::string, std::string>> rows_;
 };
 

@@ -46,9 +46,11 @@ ResultCode ReadRoom(ByteReader& r, Room& room) {
                 break;
             }
             case 1:
-                if (vertexCount == 0 || !r.canHold(vertexCount, 12)) return ResultCode::ORFReadError;
+                if (vertexCount == 0 || !r.canHold(vertexCount, 12))
+                    return ResultCode::ORFReadError;
                 room.Positions.resize(static_cast<std::size_t>(vertexCount));
-                for (Vector3& p : room.Positions) p = r.vec3();
+                for (Vector3& p : room.Positions)
+                    p = r.vec3();
                 break;
             case 2:
                 if (faceCount == 0 || !r.canHold(faceCount, kFaceFields)) {
@@ -60,7 +62,8 @@ ResultCode ReadRoom(ByteReader& r, Room& room) {
                     const std::int32_t corners = r.i32();
                     f.Normal = r.vec3();
                     f.Texture = static_cast<std::int16_t>(r.u16());
-                    if (corners < 0 || corners > kMaxRoomCorners || !r.canHold(corners, kCornerSize)) {
+                    if (corners < 0 || corners > kMaxRoomCorners ||
+                        !r.canHold(corners, kCornerSize)) {
                         return ResultCode::ORFReadError;
                     }
                     f.Corners.resize(static_cast<std::size_t>(corners));
@@ -89,7 +92,8 @@ ResultCode ReadRoom(ByteReader& r, Room& room) {
             case 3:
                 return headerSeen ? ResultCode::Success : ResultCode::NoORFData;
             default:
-                if (statedEnd >= r.size()) return headerSeen ? ResultCode::Success : ResultCode::NoORFData;
+                if (statedEnd >= r.size())
+                    return headerSeen ? ResultCode::Success : ResultCode::NoORFData;
                 r.seek(statedEnd);
         }
         if (!r.ok()) return ResultCode::ORFReadError;
@@ -107,14 +111,16 @@ std::vector<std::vector<int>> Pieces(const Room& room) {
     for (std::size_t f = 0; f < faceCount; ++f) {
         for (const FaceVertex& c : room.Faces[f].Corners) {
             auto& list = facesOfVertex[static_cast<std::size_t>(c.VertexIndex)];
-            if (list.empty() || list.back() != static_cast<int>(f)) list.push_back(static_cast<int>(f));
+            if (list.empty() || list.back() != static_cast<int>(f))
+                list.push_back(static_cast<int>(f));
         }
     }
     std::vector<bool> used(faceCount, false), marked(room.Positions.size(), false);
     std::vector<std::vector<int>> pieces;
     std::size_t firstUnused = 0;
     while (true) {
-        while (firstUnused < faceCount && used[firstUnused]) ++firstUnused;
+        while (firstUnused < faceCount && used[firstUnused])
+            ++firstUnused;
         if (firstUnused == faceCount) break;
         std::vector<int> piece;
         std::set<int> eligible;  // unused faces touching a marked vertex
@@ -199,7 +205,8 @@ void Convert(const Room& room, const std::vector<std::vector<int>>& pieces,
             face.TextureIndex = rf.Texture;
             face.Textured = rf.Texture == -1 ? 0 : 1;
             for (const FaceVertex& c : rf.Corners) {
-                sub.Corners.push_back({pieceVertex[static_cast<std::size_t>(c.VertexIndex)], c.U, c.V});
+                sub.Corners.push_back(
+                    {pieceVertex[static_cast<std::size_t>(c.VertexIndex)], c.U, c.V});
             }
             sub.Faces.push_back(face);
         }
@@ -230,7 +237,8 @@ void Convert(const Room& room, const std::vector<std::vector<int>>& pieces,
     m.Textures.assign(room.Textures.size(), {});
     std::vector<bool> resolved(room.Textures.size(), false);
     std::size_t open = room.Textures.size();
-    for (std::size_t t = 0; t < room.Textures.size(); ++t) m.Textures[t].GameName = room.Textures[t];
+    for (std::size_t t = 0; t < room.Textures.size(); ++t)
+        m.Textures[t].GameName = room.Textures[t];
     for (const auto& [game, bitmap] : names.rows()) {
         if (open == 0) break;
         for (std::size_t t = 0; t < room.Textures.size(); ++t) {

@@ -15,7 +15,9 @@ constexpr double kPi = 3.14159265358979;
 constexpr std::int32_t kRoomVersion = 4;
 constexpr std::size_t kMaxInt16Index = 32768;
 
-double Sign(double v) { return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0); }
+double Sign(double v) {
+    return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0);
+}
 
 // The points of one save slot that get marker faces, in the order they are written.
 std::vector<const ModelPoint*> SlotPoints(const ModelData& m, int head) {
@@ -29,13 +31,13 @@ std::vector<const ModelPoint*> SlotPoints(const ModelData& m, int head) {
 }
 
 class RoomWriter {
-public:
+  public:
     RoomWriter(const ModelData& m, const OrfExportOptions& o) : m_(m), o_(o) {}
 
     // The file for the given slots; an empty text and the bytes, or the refusal.
     std::string Write(const std::vector<int>& slots, std::vector<std::uint8_t>& bytes);
 
-private:
+  private:
     template <typename Fn>
     void chunk(std::int32_t type, Fn&& fn) {
         w_.i32(type);
@@ -48,7 +50,8 @@ private:
         w_.u16(static_cast<std::uint16_t>(static_cast<std::int16_t>(vertex)));
         w_.f32(u);
         w_.f32(v);
-        for (int i = 0; i < 4; ++i) w_.u32(0);
+        for (int i = 0; i < 4; ++i)
+            w_.u32(0);
         w_.f32(1.0f);
     }
 
@@ -87,11 +90,13 @@ std::string RoomWriter::Write(const std::vector<int>& slots, std::vector<std::ui
         for (int slot : slots) {
             const Vector3 offset = WorldOffset(m_, m_.Head(slot));
             for (int member : m_.MergeTable[static_cast<std::size_t>(slot)]) {
-                for (const Vertex& v : m_.Sub(member).Vertices) w_.vec3(Add(v.Position, offset));
+                for (const Vertex& v : m_.Sub(member).Vertices)
+                    w_.vec3(Add(v.Position, offset));
             }
             if (!o_.SpecialPointsAsFaces) continue;
             for (const ModelPoint* p : SlotPoints(m_, m_.Head(slot))) {
-                for (Vector3 c : MarkerCorners(Add(p->Position, offset), p->Normal, o_.SpecialFaceSize)) {
+                for (Vector3 c :
+                     MarkerCorners(Add(p->Position, offset), p->Normal, o_.SpecialFaceSize)) {
                     w_.vec3(c);
                 }
             }
@@ -122,7 +127,8 @@ std::string RoomWriter::Write(const std::vector<int>& slots, std::vector<std::ui
                     w_.vec3(f.Normal);
                     w_.u16(static_cast<std::uint16_t>(static_cast<std::int16_t>(f.TextureIndex)));
                     for (int k = 0; k < f.VertexCount && c < sub.Corners.size(); ++k, ++c) {
-                        corner(sub.Corners[c].VertexIndex + base, sub.Corners[c].U, sub.Corners[c].V);
+                        corner(sub.Corners[c].VertexIndex + base, sub.Corners[c].U,
+                               sub.Corners[c].V);
                     }
                 }
                 base += sub.VertexCount();
@@ -134,7 +140,8 @@ std::string RoomWriter::Write(const std::vector<int>& slots, std::vector<std::ui
                 w_.vec3(p->Normal);
                 w_.u16(0xFFFF);
                 const float uv[4][2] = {{1, 1}, {0, 1}, {0, 0}, {1, 0}};
-                for (int k = 0; k < 4; ++k) corner(base + k, uv[k][0], uv[k][1]);
+                for (int k = 0; k < 4; ++k)
+                    corner(base + k, uv[k][0], uv[k][1]);
                 base += 4;
             }
         }
@@ -163,7 +170,8 @@ std::array<Vector3, 4> MarkerCorners(Vector3 position, Vector3 normal, float fac
     const double h = faceSize / 2.0;
     const double sa = std::sin(a), ca = std::cos(a), sb = std::sin(b), cb = std::cos(b);
     auto at = [&](double x, double y, double z) {
-        return Vector3{static_cast<float>(position.X + h * x), static_cast<float>(position.Y + h * y),
+        return Vector3{static_cast<float>(position.X + h * x),
+                       static_cast<float>(position.Y + h * y),
                        static_cast<float>(position.Z + h * z)};
     };
     return {at(sa * sb + ca, cb, sa - sb * ca), at(sa * sb - ca, cb, -sa - sb * ca),
@@ -184,7 +192,8 @@ OrfExportResult SaveORF(const ModelData& model, const std::string& path,
     std::vector<std::pair<std::string, std::vector<int>>> files;
     if (options.CombineRooms || model.SubObjectCount() < 2) {
         std::vector<int> all;
-        for (int s = 0; s < model.SubObjectCount(); ++s) all.push_back(s);
+        for (int s = 0; s < model.SubObjectCount(); ++s)
+            all.push_back(s);
         files.emplace_back(base + ".orf", all);
     } else {
         for (int s = 0; s < model.SubObjectCount(); ++s) {

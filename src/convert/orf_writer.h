@@ -17,9 +17,9 @@ struct OrfExportOptions {
 };
 
 struct OrfExportResult {
-    bool Written = false;              // the spec's result: 1 written, 0 not
-    std::vector<std::string> Files;    // the files written
-    std::string Message;               // why nothing (or not everything) was written
+    bool Written = false;            // the spec's result: 1 written, 0 not
+    std::vector<std::string> Files;  // the files written
+    std::string Message;             // why nothing (or not everything) was written
 };
 
 // `path` must contain ".orf" (any case); the files are named from the part before it.
