@@ -3,6 +3,7 @@
 set -euo pipefail
 
 packages=(g++ cmake make libgtest-dev libbenchmark-dev qt6-base-dev)
+[ "${MW_FUZZ:-0}" = 1 ] && packages+=(clang-14 libfuzzer-14-dev libclang-rt-14-dev)
 
 missing=()
 for p in "${packages[@]}"; do

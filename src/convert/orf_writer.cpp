@@ -178,6 +178,11 @@ std::array<Vector3, 4> MarkerCorners(Vector3 position, Vector3 normal, float fac
             at(-ca - sa * sb, -cb, sb * ca - sa), at(ca - sa * sb, -cb, sb * ca + sa)};
 }
 
+std::string BuildORF(const ModelData& model, const std::vector<int>& slots,
+                     const OrfExportOptions& options, std::vector<std::uint8_t>& bytes) {
+    return RoomWriter(model, options).Write(slots, bytes);
+}
+
 OrfExportResult SaveORF(const ModelData& model, const std::string& path,
                         const OrfExportOptions& options) {
     OrfExportResult result;
@@ -205,8 +210,7 @@ OrfExportResult SaveORF(const ModelData& model, const std::string& path,
     // Every file is built before the first is written, so a refusal writes nothing.
     std::vector<std::vector<std::uint8_t>> contents(files.size());
     for (std::size_t i = 0; i < files.size(); ++i) {
-        RoomWriter writer(model, options);
-        result.Message = writer.Write(files[i].second, contents[i]);
+        result.Message = BuildORF(model, files[i].second, options, contents[i]);
         if (!result.Message.empty()) return result;
     }
     for (std::size_t i = 0; i < files.size(); ++i) {

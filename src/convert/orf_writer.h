@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,11 @@ struct OrfExportResult {
 // `path` must contain ".orf" (any case); the files are named from the part before it.
 OrfExportResult SaveORF(const ModelData& model, const std::string& path,
                         const OrfExportOptions& options);
+
+// The bytes of one room file holding the given save slots; returns the refusal, or an
+// empty text.
+std::string BuildORF(const ModelData& model, const std::vector<int>& slots,
+                     const OrfExportOptions& options, std::vector<std::uint8_t>& bytes);
 
 // The four corners of the square marker face of a point, around `position`.
 std::array<Vector3, 4> MarkerCorners(Vector3 position, Vector3 normal, float faceSize);

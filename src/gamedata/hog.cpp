@@ -115,7 +115,12 @@ const char* HogEntryKind(std::string_view name) {
 HogStatus clsHOG::ReadHogDirectory(const std::string& path, int slot, ProgressSink* progress) {
     std::vector<HogDirectoryEntry> entries;
     const HogStatus status = ReadHogFileEntries(path, entries);
-    if (status != HogStatus::Ok) return status;
+    if (status == HogStatus::Ok) AddEntries(entries, slot, progress);
+    return status;
+}
+
+void clsHOG::AddEntries(const std::vector<HogDirectoryEntry>& entries, int slot,
+                        ProgressSink* progress) {
     const auto slotByte = static_cast<std::uint8_t>(slot);
     for (std::size_t i = 0; i < entries.size(); ++i) {
         int percent = PercentOf(static_cast<double>(i + 1), static_cast<double>(entries.size()));
@@ -131,7 +136,20 @@ HogStatus clsHOG::ReadHogDirectory(const std::string& path, int slot, ProgressSi
             GamEntries[static_cast<std::size_t>(slot)] = {e.Field, e.Offset, e.Length};
         }
     }
-    return HogStatus::Ok;
+}
+
+void clsHOG::CloseSlot(int slot, int firstModel, int firstTexture) {
+    HogSlot& s = Slots[static_cast<std::size_t>(slot)];
+    s.FirstModel = firstModel;
+    s.FirstTexture = firstTexture;
+    s.LastModel = static_cast<int>(Models.size()) - 1;
+    s.LastTexture = static_cast<int>(Textures.size()) - 1;
+    auto& keys = sortedKeys_[static_cast<std::size_t>(slot)];
+    keys.clear();
+    for (int t = s.FirstTexture; t <= s.LastTexture; ++t) {
+        keys.emplace_back(EntryKey(Textures[static_cast<std::size_t>(t)].Name), t);
+    }
+    std::sort(keys.begin(), keys.end());
 }
 
 void clsHOG::ReadHOGs(Settings& settings, ProgressSink* progress) {
@@ -144,25 +162,13 @@ void clsHOG::ReadHOGs(Settings& settings, ProgressSink* progress) {
         int p = 0;
         ShowProgress(progress, p, text);
         HogSlot& s = Slots[static_cast<std::size_t>(slot)];
-        s.FirstModel = static_cast<int>(Models.size());
-        s.FirstTexture = static_cast<int>(Textures.size());
+        const int firstModel = static_cast<int>(Models.size());
+        const int firstTexture = static_cast<int>(Textures.size());
         if (ReadHogDirectory(file.string(), slot, progress) == HogStatus::Ok) {
             s.Path = file.string();
             s.Loaded = true;
-        } else {
-            // A failed read leaves the slot with an empty range.
-            Models.resize(static_cast<std::size_t>(s.FirstModel));
-            Textures.resize(static_cast<std::size_t>(s.FirstTexture));
-            GamEntries[static_cast<std::size_t>(slot)] = {};
         }
-        s.LastModel = static_cast<int>(Models.size()) - 1;
-        s.LastTexture = static_cast<int>(Textures.size()) - 1;
-
-        auto& keys = sortedKeys_[static_cast<std::size_t>(slot)];
-        for (int t = s.FirstTexture; t <= s.LastTexture; ++t) {
-            keys.emplace_back(EntryKey(Textures[static_cast<std::size_t>(t)].Name), t);
-        }
-        std::sort(keys.begin(), keys.end());
+        CloseSlot(slot, firstModel, firstTexture);
     };
 
     if (auto d3 = ArchiveFile(settings.D3HogPath, {"d3.hog"})) {

@@ -85,6 +85,12 @@ class clsHOG {
     // Indexes one archive file into `slot`.
     HogStatus ReadHogDirectory(const std::string& path, int slot, ProgressSink* progress);
 
+    // Adds a directory's models, textures and table to the lists, for `slot`.
+    void AddEntries(const std::vector<HogDirectoryEntry>& entries, int slot,
+                    ProgressSink* progress);
+    // Makes a slot's texture range and its sorted lookup keys from the lists' ends.
+    void CloseSlot(int slot, int firstModel, int firstTexture);
+
     // Finds a texture by its name without extension: a loose image in the OGF folder first,
     // then the mission archive, Extra13.hog and d3.hog.
     TexLookup GetTexIndex(std::string_view name, const Settings& settings) const;

@@ -59,6 +59,8 @@ struct Settings {
 
     // Derived at start-up, not stored: the Extra13 archive beside d3.hog.
     std::string Extra13Path;
+
+    friend bool operator==(const Settings&, const Settings&) = default;
 };
 
 inline constexpr int kMaxRecentFiles = 9;

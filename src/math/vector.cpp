@@ -12,52 +12,6 @@ Matrix4 IdentityMatrix() {
     return m;
 }
 
-float Length(Vector3 v) {
-    const double x = v.X, y = v.Y, z = v.Z;
-    return static_cast<float>(std::sqrt(x * x + y * y + z * z));
-}
-
-Vector3 Normalize(Vector3 v) {
-    const float len = Length(v);
-    if (len == 0.0f) return {v.X, v.Y, 1.0f};
-    return {v.X / len, v.Y / len, v.Z / len};
-}
-
-Vector3 RepairIndeterminate(Vector3 v) {
-    // Only the bit pattern that 0/0 produces is replaced; other NaNs stay.
-    auto fix = [](float f) {
-        return std::bit_cast<std::uint32_t>(f) == 0xFFC00000u ? -100000.0f : f;
-    };
-    return {fix(v.X), fix(v.Y), fix(v.Z)};
-}
-
-Vector3 Add(Vector3 a, Vector3 b) {
-    return {a.X + b.X, a.Y + b.Y, a.Z + b.Z};
-}
-Vector3 Subtract(Vector3 a, Vector3 b) {
-    return {a.X - b.X, a.Y - b.Y, a.Z - b.Z};
-}
-Vector3 Scale(Vector3 v, float s) {
-    return {v.X * s, v.Y * s, v.Z * s};
-}
-
-Vector3 DivideBy(Vector3 v, float s) {
-    if (s == 0.0f) return v;
-    return {v.X / s, v.Y / s, v.Z / s};
-}
-
-Vector3 Midpoint(Vector3 a, Vector3 b) {
-    return {(a.X + b.X) / 2.0f, (a.Y + b.Y) / 2.0f, (a.Z + b.Z) / 2.0f};
-}
-
-Vector3 ComponentMin(Vector3 a, Vector3 b) {
-    return {a.X < b.X ? a.X : b.X, a.Y < b.Y ? a.Y : b.Y, a.Z < b.Z ? a.Z : b.Z};
-}
-
-Vector3 ComponentMax(Vector3 a, Vector3 b) {
-    return {a.X > b.X ? a.X : b.X, a.Y > b.Y ? a.Y : b.Y, a.Z > b.Z ? a.Z : b.Z};
-}
-
 Vector3 GetTranslation(const Matrix4& m) {
     return {m[12], m[13], m[14]};
 }

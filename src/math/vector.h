@@ -3,6 +3,9 @@
 #pragma once
 
 #include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
 
 namespace mw {
 
@@ -28,16 +31,50 @@ inline constexpr double kKeyPi = 3.14159265358979;
 
 Matrix4 IdentityMatrix();
 
-float Length(Vector3 v);
-Vector3 Normalize(Vector3 v);
-Vector3 RepairIndeterminate(Vector3 v);
-Vector3 Add(Vector3 a, Vector3 b);
-Vector3 Subtract(Vector3 a, Vector3 b);
-Vector3 Scale(Vector3 v, float s);
-Vector3 DivideBy(Vector3 v, float s);
-Vector3 Midpoint(Vector3 a, Vector3 b);
-Vector3 ComponentMin(Vector3 a, Vector3 b);
-Vector3 ComponentMax(Vector3 a, Vector3 b);
+// The small operations are inline: the readers and the renderer call them per vertex.
+inline float Length(Vector3 v) {
+    const double x = v.X, y = v.Y, z = v.Z;
+    return static_cast<float>(std::sqrt(x * x + y * y + z * z));
+}
+
+// v / Length(v); a zero vector gives (X, Y, 1), that is (0, 0, 1).
+inline Vector3 Normalize(Vector3 v) {
+    const float len = Length(v);
+    if (len == 0.0f) return {v.X, v.Y, 1.0f};
+    return {v.X / len, v.Y / len, v.Z / len};
+}
+
+// Components holding the not-a-number that 0/0 produces (bit pattern 0xFFC00000) become
+// -100000; other values, other NaNs included, stay.
+inline Vector3 RepairIndeterminate(Vector3 v) {
+    auto fix = [](float f) {
+        return std::bit_cast<std::uint32_t>(f) == 0xFFC00000u ? -100000.0f : f;
+    };
+    return {fix(v.X), fix(v.Y), fix(v.Z)};
+}
+
+inline Vector3 Add(Vector3 a, Vector3 b) { return {a.X + b.X, a.Y + b.Y, a.Z + b.Z}; }
+inline Vector3 Subtract(Vector3 a, Vector3 b) { return {a.X - b.X, a.Y - b.Y, a.Z - b.Z}; }
+inline Vector3 Scale(Vector3 v, float s) { return {v.X * s, v.Y * s, v.Z * s}; }
+
+// v / s; a divisor of exactly 0 leaves v unchanged.
+inline Vector3 DivideBy(Vector3 v, float s) {
+    if (s == 0.0f) return v;
+    return {v.X / s, v.Y / s, v.Z / s};
+}
+
+inline Vector3 Midpoint(Vector3 a, Vector3 b) {
+    return {(a.X + b.X) / 2.0f, (a.Y + b.Y) / 2.0f, (a.Z + b.Z) / 2.0f};
+}
+
+inline Vector3 ComponentMin(Vector3 a, Vector3 b) {
+    return {a.X < b.X ? a.X : b.X, a.Y < b.Y ? a.Y : b.Y, a.Z < b.Z ? a.Z : b.Z};
+}
+
+inline Vector3 ComponentMax(Vector3 a, Vector3 b) {
+    return {a.X > b.X ? a.X : b.X, a.Y > b.Y ? a.Y : b.Y, a.Z > b.Z ? a.Z : b.Z};
+}
+
 Vector3 GetTranslation(const Matrix4& m);
 Matrix4 TranslationMatrix(Vector3 v);
 

@@ -52,28 +52,44 @@ class ByteReader {
     }
 
     std::uint8_t u8() {
-        auto s = take(1);
-        return s.empty() ? 0 : s[0];
-    }
-    std::uint32_t u32() {
-        auto s = take(4);
-        if (s.empty()) return 0;
-        return static_cast<std::uint32_t>(s[0]) | static_cast<std::uint32_t>(s[1]) << 8 |
-               static_cast<std::uint32_t>(s[2]) << 16 | static_cast<std::uint32_t>(s[3]) << 24;
+        if (!ok_ || pos_ >= bytes_.size()) return failed<std::uint8_t>();
+        return bytes_[pos_++];
     }
     std::uint16_t u16() {
-        auto s = take(2);
-        if (s.empty()) return 0;
-        return static_cast<std::uint16_t>(s[0] | s[1] << 8);
+        if (!ok_ || bytes_.size() - pos_ < 2) return failed<std::uint16_t>();
+        const std::uint16_t v = static_cast<std::uint16_t>(bytes_[pos_] | bytes_[pos_ + 1] << 8);
+        pos_ += 2;
+        return v;
+    }
+    std::uint32_t u32() {
+        if (!ok_ || bytes_.size() - pos_ < 4) return failed<std::uint32_t>();
+        std::uint32_t v;
+        std::memcpy(&v, bytes_.data() + pos_, 4);
+        pos_ += 4;
+        return FromLittleEndian(v);
     }
     std::int32_t i32() { return static_cast<std::int32_t>(u32()); }
     float f32() { return std::bit_cast<float>(u32()); }
     Vector3 vec3() {
         Vector3 v;
-        v.X = f32();
-        v.Y = f32();
-        v.Z = f32();
+        if (!ok_ || bytes_.size() - pos_ < 12) return failed<Vector3>();
+        v.X = std::bit_cast<float>(FromLittleEndian(Word(pos_)));
+        v.Y = std::bit_cast<float>(FromLittleEndian(Word(pos_ + 4)));
+        v.Z = std::bit_cast<float>(FromLittleEndian(Word(pos_ + 8)));
+        pos_ += 12;
         return v;
+    }
+    // Copies n little-endian 32-bit words into `out` (records made only of such words).
+    bool words(void* out, std::size_t n) {
+        if (!ok_ || n > (bytes_.size() - pos_) / 4) return ok_ = false;
+        if constexpr (std::endian::native == std::endian::little) {
+            std::memcpy(out, bytes_.data() + pos_, 4 * n);
+        } else {
+            auto* w = static_cast<std::uint32_t*>(out);
+            for (std::size_t i = 0; i < n; ++i) w[i] = FromLittleEndian(Word(pos_ + 4 * i));
+        }
+        pos_ += 4 * n;
+        return true;
     }
     std::string text(std::size_t n) {
         auto s = take(n);
@@ -81,6 +97,21 @@ class ByteReader {
     }
 
   private:
+    template <typename T>
+    T failed() {
+        ok_ = false;
+        return T{};
+    }
+    std::uint32_t Word(std::size_t at) const {
+        std::uint32_t v;
+        std::memcpy(&v, bytes_.data() + at, 4);
+        return v;
+    }
+    static std::uint32_t FromLittleEndian(std::uint32_t v) {
+        if constexpr (std::endian::native == std::endian::little) return v;
+        return (v >> 24) | ((v >> 8) & 0xFF00u) | ((v << 8) & 0xFF0000u) | (v << 24);
+    }
+
     std::span<const std::uint8_t> bytes_;
     std::size_t pos_ = 0;
     bool ok_ = true;
@@ -91,6 +122,7 @@ class ByteWriter {
     const std::vector<std::uint8_t>& bytes() const { return bytes_; }
     std::vector<std::uint8_t> release() { return std::move(bytes_); }
     std::size_t size() const { return bytes_.size(); }
+    void reserve(std::size_t n) { bytes_.reserve(n); }
 
     void u8(std::uint8_t v) { bytes_.push_back(v); }
     void u16(std::uint16_t v) {

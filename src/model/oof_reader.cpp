@@ -235,13 +235,22 @@ bool OofReader::faces(SubObject& sub) {
     const std::int32_t faceCount = r_.i32();
     if (!r_.canHold(faceCount, kMinFaceRecord)) return false;
     sub.Faces.resize(static_cast<std::size_t>(faceCount));
+    sub.Corners.reserve(3 * static_cast<std::size_t>(faceCount));
     // A sub-object holds at most 100 corners per face on average.
     const std::size_t cornerLimit = 100 * static_cast<std::size_t>(faceCount) + 1;
     for (Face& face : sub.Faces) {
-        face.Normal = Normalize(RepairIndeterminate(r_.vec3()));
-        face.VertexCount = r_.i32();
+        // Normal, corner count and the textured flag in one read.
+        struct {
+            Vector3 normal;
+            std::int32_t corners;
+            std::int32_t textured;
+        } head;
+        static_assert(sizeof(head) == 20);
+        if (!r_.words(&head, 5)) return false;
+        face.Normal = Normalize(RepairIndeterminate(head.normal));
+        face.VertexCount = head.corners;
         face.Primitive = PrimitiveFor(face.VertexCount);
-        face.Textured = r_.i32();
+        face.Textured = head.textured;
         if (face.Textured != 0) {
             face.TextureIndex = r_.i32();
             face.Color = {255, 255, 255, 255};
@@ -256,16 +265,19 @@ bool OofReader::faces(SubObject& sub) {
             sub.Corners.size() + static_cast<std::size_t>(face.VertexCount) > cornerLimit) {
             return false;
         }
-        for (int c = 0; c < face.VertexCount; ++c) {
-            FaceVertex fv;
-            fv.VertexIndex = r_.i32();
-            fv.U = r_.f32();
-            fv.V = r_.f32();
-            if (fv.VertexIndex < 0 || fv.VertexIndex >= sub.VertexCount()) return false;
-            sub.Corners.push_back(fv);
+        // Corners are three 32-bit words each, as FaceVertex holds them.
+        static_assert(sizeof(FaceVertex) == 12);
+        const std::size_t first = sub.Corners.size();
+        sub.Corners.resize(first + static_cast<std::size_t>(face.VertexCount));
+        r_.words(sub.Corners.data() + first, 3 * static_cast<std::size_t>(face.VertexCount));
+        for (std::size_t c = first; c < sub.Corners.size(); ++c) {
+            const std::int32_t v = sub.Corners[c].VertexIndex;
+            if (v < 0 || v >= sub.VertexCount()) return false;
         }
-        face.FaceKeptA = r_.u32();
-        face.FaceKeptB = r_.u32();
+        std::uint32_t kept[2];
+        r_.words(kept, 2);
+        face.FaceKeptA = kept[0];
+        face.FaceKeptB = kept[1];
     }
     return r_.ok();
 }

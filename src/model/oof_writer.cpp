@@ -42,6 +42,12 @@ class OofWriter {
 
 std::vector<std::uint8_t> OofWriter::run() {
     m_.Version = kWriteVersion;
+    std::size_t estimate = 4096;
+    for (const SubObject& sub : m_.SubObjects) {
+        estimate += 28 * sub.Vertices.size() + 12 * sub.Corners.size() + 40 * sub.Faces.size() +
+                    36 * sub.Pos.Keys.size() + 128;
+    }
+    w_.reserve(estimate);
     w_.raw("PSPO");
     w_.i32(kWriteVersion);
 

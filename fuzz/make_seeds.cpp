@@ -1,0 +1,88 @@
+// Writes the seed corpora of the fuzz targets: make_fuzz_seeds DIR (one folder per target).
+#include <filesystem>
+#include <iostream>
+
+#include "convert/orf_writer.h"
+#include "gamedata/hog.h"
+#include "gamedata/settings.h"
+#include "model/file_io.h"
+#include "model/oof_writer.h"
+#include "sample_gamedata.h"
+#include "sample_model.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool Put(const fs::path& dir, const std::string& name, const std::vector<std::uint8_t>& bytes) {
+    fs::create_directories(dir);
+    return mw::WriteFileReplacing(dir / name, bytes).empty();
+}
+
+std::vector<std::uint8_t> Text(const std::string& s) { return {s.begin(), s.end()}; }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr << "Usage: make_fuzz_seeds DIR\n";
+        return 64;
+    }
+    const fs::path dir = argv[1];
+    bool ok = true;
+
+    mw::ModelData ship = mw::BuildSampleModel();
+    ship.Special = mw::SpecialPoint{"$special", "", {1, 2, 3}, 0.5f};
+    ok &= Put(dir / "oof", "ship.oof", mw::WriteOOF(ship));
+    mw::ModelData small = mw::BuildSampleModel();
+    small.MergeTable.resize(1);
+    small.Batteries.clear();
+    ok &= Put(dir / "oof", "hull.oof", mw::WriteOOF(small));
+
+    for (bool points : {false, true}) {
+        std::vector<int> slots;
+        for (int s = 0; s < ship.SubObjectCount(); ++s) slots.push_back(s);
+        std::vector<std::uint8_t> room;
+        ok &= mw::BuildORF(ship, slots, {true, points, 1.0f}, room).empty();
+        ok &= Put(dir / "orf", points ? "points.orf" : "ship.orf", room);
+    }
+
+    const auto archive = mw::BuildSampleArchive();
+    ok &= Put(dir / "hog", "d3.hog", archive);
+    std::vector<mw::HogDirectoryEntry> entries;
+    mw::ReadHogEntries(archive, entries);
+    for (const auto& e : entries) {
+        const std::vector<std::uint8_t> file(archive.begin() + static_cast<std::ptrdiff_t>(e.Offset),
+                                             archive.begin() + static_cast<std::ptrdiff_t>(e.Offset + e.Length));
+        const std::string kind = mw::HogEntryKind(e.Name);
+        const char* target = kind == "texture" ? "ogf" : kind == "animation" ? "oaf" : "gam";
+        ok &= Put(dir / target, e.Name, file);
+    }
+    const mw::RgbaImage picture{4, 3, {0xFF0000FFu, 0xFF00FF00u, 0x80FF0000u, 0x00000000u,
+                                       0xFF0000FFu, 0xFF0000FFu, 0xFF0000FFu, 0xFFFFFFFFu,
+                                       0x12345678u, 0x12345678u, 0x9ABCDEF0u, 0xFF000000u}};
+    for (std::uint8_t type : {2, 10, 121, 122, 123, 124, 127}) {
+        for (std::uint8_t depth : {24, 32}) {
+            if (type >= 121 && depth == 24) continue;
+            ok &= Put(dir / "ogf", "t" + std::to_string(type) + "_" + std::to_string(depth) + ".ogf",
+                      mw::WriteOGF(picture, {type, depth, type == 2, 2, "seed", 1}));
+        }
+    }
+    ok &= Put(dir / "oaf", "old_header.oaf",
+              mw::WriteOAF({picture, picture, picture}, {122, 32, true, 1, "f", 0}, false));
+
+    mw::clsIniFile ini;
+    ini.SetText("; seed\n[My Own]\nkeep=1\n");
+    mw::Settings s;
+    s.D3HogPath = "/games/d3/d3.hog";
+    s.RecentFiles = {"/a.oof", "/b.orf"};
+    s.PofChunkSplits = {1, 2, 3};
+    mw::SaveSettings(ini, s, [](const std::string&) { return true; });
+    ok &= Put(dir / "settings", "MWUIData.ini", Text(ini.Text()));
+
+    if (!ok) {
+        std::cerr << "Could not write the seeds into " << dir << "\n";
+        return 73;
+    }
+    return 0;
+}
