@@ -4,6 +4,7 @@
 
 #include "gamedata_writers.h"
 #include "model/file_io.h"
+#include "support/alloc_tracker.h"
 #include "support/temp_dir.h"
 
 namespace mw {
@@ -95,7 +96,9 @@ TEST(Hog, DirectoryCountsThatTheFileCannotHoldAreRefused) {
     bytes[6] = 0xFF;
     bytes[7] = 0x7F;
     std::vector<HogDirectoryEntry> entries;
+    test::ResetLargestAllocation();
     EXPECT_EQ(ReadHogEntries(bytes, entries), HogStatus::NotHog);
+    EXPECT_LT(test::LargestAllocation(), 4096u);
     bytes[7] = 0xFF;  // negative
     EXPECT_EQ(ReadHogEntries(bytes, entries), HogStatus::NotHog);
     EXPECT_TRUE(entries.empty());

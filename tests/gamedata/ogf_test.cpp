@@ -161,6 +161,22 @@ TEST(Ogf, HugeSizesAreRefusedBeforeAllocating) {
     }
 }
 
+TEST(Oaf, FramesClaimingHugeSizesAllocateNothingBig) {
+    std::vector<RgbaImage> frames(3, RgbaImage{1, 1, {0}});
+    Bytes oaf = WriteOAF(frames, {122, 32, true, 1, "a", 0});
+    const std::size_t size = 7 + 3 + 2 + 1 + 9;  // header, then frame 0 up to its width
+    oaf[size] = oaf[size + 2] = 0xFF;
+    oaf[size + 1] = oaf[size + 3] = 0x7F;
+    clsOGF ogf;
+    TextureSlot slot;
+    FrameStore store;
+    ByteReader r(oaf);
+    test::ResetLargestAllocation();
+    EXPECT_EQ(ogf.ReadOAF(r, slot, store), OgfStatus::Damaged);
+    EXPECT_LT(test::LargestAllocation(), 4096u);
+    EXPECT_TRUE(store.Pixels.empty());
+}
+
 TEST(Ogf, ReaderStopsBeforeTheMipLevels) {
     const RgbaImage img = TestImage();
     const Bytes one = WriteOGF(img, {122, 32, true, 1, "m", 0});
