@@ -2,7 +2,8 @@
 # Installs the Debian packages the build needs, only those that are missing.
 set -euo pipefail
 
-packages=(g++ cmake make libgtest-dev libbenchmark-dev qt6-base-dev)
+packages=(g++ cmake make libgtest-dev libbenchmark-dev qt6-base-dev libqt6opengl6-dev
+          libgl-dev libglu1-mesa-dev libgl1-mesa-dri xvfb xauth fonts-dejavu-core)
 [ "${MW_FUZZ:-0}" = 1 ] && packages+=(clang-14 libfuzzer-14-dev libclang-rt-14-dev)
 
 missing=()

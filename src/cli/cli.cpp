@@ -21,6 +21,7 @@ constexpr const char* kUsage =
     "  resave IN OUT                     read a model and write it again\n"
     "  edit IN OUT OPERATION...          apply model operations, then write OUT\n"
     "  convert IN OUT [OPTIONS]          OOF to ORF room, or ORF room to OOF\n"
+    "  render MODEL --png OUT [OPTIONS]  draw one frame of the model offscreen\n"
     "  textures MODEL [OPTIONS]          resolve the model's textures through the game data\n"
     "  hog list|extract ARCHIVE ...      list or extract the files of a HOG2 archive\n"
     "  image SOURCE [OPTIONS]            decode an OGF or OAF image, optionally to PNG\n"
@@ -100,6 +101,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "resave") return ResaveCommand(rest, out, err);
     if (command == "edit") return EditCommand(rest, out, err);
     if (command == "convert") return ConvertCommand(rest, out, err);
+    if (command == "render") return RenderCommand(rest, out, err);
     if (command == "textures") return TexturesCommand(rest, out, err);
     if (command == "hog") return HogCommand(rest, out, err);
     if (command == "image") return ImageCommand(rest, out, err);

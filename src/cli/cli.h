@@ -25,6 +25,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
 int InfoCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ResaveCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int EditCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int HogCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);

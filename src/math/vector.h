@@ -53,9 +53,15 @@ inline Vector3 RepairIndeterminate(Vector3 v) {
     return {fix(v.X), fix(v.Y), fix(v.Z)};
 }
 
-inline Vector3 Add(Vector3 a, Vector3 b) { return {a.X + b.X, a.Y + b.Y, a.Z + b.Z}; }
-inline Vector3 Subtract(Vector3 a, Vector3 b) { return {a.X - b.X, a.Y - b.Y, a.Z - b.Z}; }
-inline Vector3 Scale(Vector3 v, float s) { return {v.X * s, v.Y * s, v.Z * s}; }
+inline Vector3 Add(Vector3 a, Vector3 b) {
+    return {a.X + b.X, a.Y + b.Y, a.Z + b.Z};
+}
+inline Vector3 Subtract(Vector3 a, Vector3 b) {
+    return {a.X - b.X, a.Y - b.Y, a.Z - b.Z};
+}
+inline Vector3 Scale(Vector3 v, float s) {
+    return {v.X * s, v.Y * s, v.Z * s};
+}
 
 // v / s; a divisor of exactly 0 leaves v unchanged.
 inline Vector3 DivideBy(Vector3 v, float s) {

@@ -86,7 +86,8 @@ class ByteReader {
             std::memcpy(out, bytes_.data() + pos_, 4 * n);
         } else {
             auto* w = static_cast<std::uint32_t*>(out);
-            for (std::size_t i = 0; i < n; ++i) w[i] = FromLittleEndian(Word(pos_ + 4 * i));
+            for (std::size_t i = 0; i < n; ++i)
+                w[i] = FromLittleEndian(Word(pos_ + 4 * i));
         }
         pos_ += 4 * n;
         return true;

@@ -1,0 +1,173 @@
+#include <QGuiApplication>
+#include <cstdlib>
+#include <memory>
+#include <ostream>
+
+#include "cli/cli.h"
+#include "gamedata/file_names.h"
+#include "gamedata/ini_file.h"
+#include "gamedata/texture_loader.h"
+#include "view/offscreen.h"
+
+namespace mw {
+namespace {
+
+constexpr const char* kRenderUsage =
+    "Usage: meshwright-cli render MODEL --png OUT [--size WxH] [--view wireframe|flat|smooth|"
+    "textured]\n"
+    "                             [--angles X,Y] [--frame F] [--stereo] [--points] [--normals]\n"
+    "                             [--highlight S] [--settings INI] [--d3hog PATH]\n"
+    "Draws one frame of the model offscreen, with the camera fitted to it, and writes it as\n"
+    "PNG. Textures come from the game data that the settings or --d3hog name; without game\n"
+    "data each texture shows the placeholder.\n";
+
+struct RenderOptions {
+    std::string model, png, ini, d3hog;
+    int width = 640, height = 480;
+    ViewType view = ViewType::Textured;
+    std::optional<std::pair<float, float>> angles;
+    float frame = 0.0f;
+    bool stereo = false, points = false, normals = false;
+    int highlight = -1;
+};
+
+bool ParseSize(const std::string& text, int& w, int& h) {
+    const auto x = text.find('x');
+    return x != std::string::npos && ParseInt(text.substr(0, x), w) &&
+           ParseInt(text.substr(x + 1), h) && w > 0 && h > 0 && w <= 8192 && h <= 8192;
+}
+
+bool Parse(const std::vector<std::string>& args, RenderOptions& o) {
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        const bool value = i + 1 < args.size();
+        if (a == "--png" && value) {
+            o.png = args[++i];
+        } else if (a == "--size" && value) {
+            if (!ParseSize(args[++i], o.width, o.height)) return false;
+        } else if (a == "--view" && value) {
+            const std::string v = args[++i];
+            if (v == "wireframe")
+                o.view = ViewType::Wireframe;
+            else if (v == "flat")
+                o.view = ViewType::FlatSolid;
+            else if (v == "smooth")
+                o.view = ViewType::SmoothSolid;
+            else if (v == "textured")
+                o.view = ViewType::Textured;
+            else
+                return false;
+        } else if (a == "--angles" && value) {
+            const std::string v = args[++i];
+            const auto comma = v.find(',');
+            if (comma == std::string::npos) return false;
+            const auto x = ParseFloatText(v.substr(0, comma));
+            const auto y = ParseFloatText(v.substr(comma + 1));
+            if (!x || !y) return false;
+            o.angles = std::make_pair(*x, *y);
+        } else if (a == "--frame" && value) {
+            const auto f = ParseFloatText(args[++i]);
+            if (!f) return false;
+            o.frame = *f;
+        } else if (a == "--highlight" && value) {
+            if (!ParseInt(args[++i], o.highlight)) return false;
+        } else if (a == "--settings" && value) {
+            o.ini = args[++i];
+        } else if (a == "--d3hog" && value) {
+            o.d3hog = args[++i];
+        } else if (a == "--stereo") {
+            o.stereo = true;
+        } else if (a == "--points") {
+            o.points = true;
+        } else if (a == "--normals") {
+            o.normals = true;
+        } else if (!a.starts_with("--") && o.model.empty()) {
+            o.model = a;
+        } else {
+            return false;
+        }
+    }
+    return !o.model.empty() && !o.png.empty();
+}
+
+// The GUI application the renderer needs, unless there is one; without an X display the
+// offscreen platform is tried.
+std::unique_ptr<QGuiApplication> MakeGuiApplication() {
+    if (QGuiApplication::instance() != nullptr) return nullptr;
+    if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr &&
+        std::getenv("QT_QPA_PLATFORM") == nullptr) {
+        setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    }
+    static int argc = 1;
+    static char name[] = "meshwright-cli";
+    static char* argv[] = {name, nullptr};
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+}  // namespace
+
+int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (WantsHelp(args)) {
+        out << kRenderUsage;
+        return 0;
+    }
+    RenderOptions o;
+    if (!Parse(args, o)) {
+        err << kRenderUsage;
+        return kExitUsage;
+    }
+    ModelData model;
+    if (const int status = LoadModelFile(o.model, model, err)) return status;
+
+    Settings settings;
+    if (!o.ini.empty()) {
+        clsIniFile file(o.ini);
+        if (!file.Load()) {
+            err << "Cannot open " << o.ini << "\n";
+            return kExitNoInput;
+        }
+        LoadSettings(file, settings);
+    }
+    if (!o.d3hog.empty()) settings.D3HogPath = o.d3hog;
+    DeriveArchivePaths(settings);
+
+    const auto app = MakeGuiApplication();
+    OffscreenView view;
+    std::string error;
+    if (!view.Create(o.width, o.height, error)) {
+        err << error << "\n";
+        return kExitCantCreate;
+    }
+    const std::vector<std::uint32_t> missing = MakeMissingTexture(1);
+    LoadedTextures loaded;
+    if (!settings.D3HogPath.empty() || !settings.MN3GAMPath.empty() || !settings.OGFPath.empty()) {
+        GameData data;
+        data.Hog.ReadHOGs(settings, nullptr);
+        data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);
+        view.MakeCurrent();
+        LoadModelTextures(model, o.model, data, settings, missing, view.renderer(), loaded);
+        view.Load(model, &loaded, missing);
+    } else {
+        view.Load(model, nullptr, missing);
+    }
+
+    FrameInput in = FittedFrame(model);
+    in.display.Type = o.view;
+    in.display.ThreeD = o.stereo;
+    in.display.ViewPoints = o.points;
+    in.display.ViewNormals = o.normals;
+    in.curFrame = o.frame;
+    in.selection.hiliteSOBJ = o.highlight;
+    if (o.angles) {
+        in.camera.AngleX = o.angles->first;
+        in.camera.AngleY = o.angles->second;
+    }
+    const QImage image = view.Render(model, in);
+    if (!image.save(QString::fromStdString(o.png), "PNG")) {
+        err << "Error writing " << o.png << "\n";
+        return kExitCantCreate;
+    }
+    return 0;
+}
+
+}  // namespace mw
