@@ -115,6 +115,9 @@ TEST(OrfImport, HeaderResults) {
     EXPECT_EQ(Import(m, empty), ResultCode::NoORFData);
     OrfBytes none;
     EXPECT_EQ(Import(m, none), ResultCode::NoORFData);
+    // Faces, but not one corner among them (found by fuzzing): no geometry to import.
+    EXPECT_EQ(Import(m, OrfBytes::Room(CubeCorners({}, 1), {RoomFaceSpec{}, RoomFaceSpec{}})),
+              ResultCode::NoORFData);
     OrfBytes early;  // vertices before any header
     early.vertices(CubeCorners({}, 1));
     EXPECT_EQ(Import(m, early), ResultCode::ORFReadError);
