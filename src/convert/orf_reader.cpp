@@ -266,7 +266,8 @@ ResultCode importORF(ModelData& model, std::span<const std::uint8_t> bytes,
     // Faces without a single corner among them hold no geometry: nothing to import (a room
     // written from such a model could not be read back).
     std::size_t corners = 0;
-    for (const RoomFace& f : room.Faces) corners += f.Corners.size();
+    for (const RoomFace& f : room.Faces)
+        corners += f.Corners.size();
     if (result == ResultCode::Success && corners == 0) result = ResultCode::NoORFData;
     // Every corner must name a vertex of the room.
     for (const RoomFace& f : room.Faces) {
