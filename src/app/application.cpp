@@ -1,8 +1,10 @@
 #include "app/application.h"
 
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <filesystem>
 
+#include "editor/viewport.h"
 #include "view/offscreen.h"
 
 namespace mw {
@@ -25,7 +27,7 @@ Application::Application(const std::string& programDir) : ini_(SettingsFilePath(
 
 Application::~Application() = default;
 
-void Application::Start() {
+bool Application::Start() {
     ini_.Load();
     LoadSettings(ini_, settings_);
     DeriveArchivePaths(settings_);
@@ -35,6 +37,12 @@ void Application::Start() {
     window_ = std::make_unique<frmOOF>(oof_, game_, settings_);
     window_->setMinimumSize(window_->size());
     window_->show();
+    QCoreApplication::processEvents();
+    if (!window_->viewport().isValid()) {
+        QMessageBox::warning(nullptr, "Meshwright", "Error initializing OpenGL Window!");
+        return false;
+    }
+    return true;
 }
 
 void Application::Stop() {

@@ -21,8 +21,9 @@ class Application {
     explicit Application(const std::string& programDir);
     ~Application();
 
-    // Reads the settings and the game data and shows the main window.
-    void Start();
+    // Reads the settings and the game data and shows the main window. False when the
+    // viewport could not get an OpenGL context (the user has been told).
+    bool Start();
     // Writes the settings back.
     void Stop();
 

@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Meshwright");
     mw::Application app(
         QFileInfo(QCoreApplication::applicationFilePath()).absolutePath().toStdString());
-    app.Start();
+    if (!app.Start()) return 1;
     const QStringList args = QCoreApplication::arguments();
     if (args.size() > 1) app.window().LoadModel(args[1]);
     const int status = QApplication::exec();
