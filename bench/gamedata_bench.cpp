@@ -16,7 +16,8 @@ std::vector<std::pair<std::string, Bytes>> ArchiveFiles(int count, const char* p
     std::vector<std::pair<std::string, Bytes>> files;
     for (int i = 0; i < count; ++i) {
         char name[32];
-        std::snprintf(name, sizeof name, "%s%05d.%s", prefix, i, animations && i % 3 == 0 ? "oaf" : "ogf");
+        std::snprintf(name, sizeof name, "%s%05d.%s", prefix, i,
+                      animations && i % 3 == 0 ? "oaf" : "ogf");
         files.emplace_back(name, Bytes{1, 2, 3, 4});
     }
     return files;
@@ -31,10 +32,12 @@ const Bytes& BigTables() {
     static const Bytes bytes = [] {
         GamWriter w;
         for (int i = 0; i < 5000; ++i) {
-            w.texture({"Texture " + std::to_string(i), "tex" + std::to_string(i) + ".ogf", 1, 0, 0, 0, 0});
+            w.texture({"Texture " + std::to_string(i), "tex" + std::to_string(i) + ".ogf", 1, 0, 0,
+                       0, 0});
         }
         for (int i = 0; i < 1000; ++i) {
-            w.object({"Object " + std::to_string(i), {"obj" + std::to_string(i) + ".oof", "", ""}, 1});
+            w.object(
+                {"Object " + std::to_string(i), {"obj" + std::to_string(i) + ".oof", "", ""}, 1});
         }
         return w.bytes();
     }();
@@ -69,7 +72,9 @@ void ReadArchiveDirectory(benchmark::State& state) {
     state.counters["entries"] = 5000;
 }
 
-void CopyTables(benchmark::State& state) { CopyBytes(state, BigTables()); }
+void CopyTables(benchmark::State& state) {
+    CopyBytes(state, BigTables());
+}
 
 void ReadTables(benchmark::State& state) {
     for (auto _ : state) {
@@ -110,7 +115,8 @@ void DecodeImage(benchmark::State& state) {
 
 void DecodeAnimation(benchmark::State& state) {
     std::vector<RgbaImage> frames;
-    for (int f = 0; f < 30; ++f) frames.push_back(Noise(64, 64, f));
+    for (int f = 0; f < 30; ++f)
+        frames.push_back(Noise(64, 64, f));
     const Bytes bytes = WriteOAF(frames, {122, 32, true, 3, "anim", 0});
     clsOGF ogf;
     for (auto _ : state) {
@@ -123,7 +129,7 @@ void DecodeAnimation(benchmark::State& state) {
 }
 
 class NullUploader : public TextureUploader {
-public:
+  public:
     void AllocModelTextures(int) override {}
     void UploadModelTexture(int, int, int, const std::uint32_t* pixels) override {
         benchmark::DoNotOptimize(pixels);
@@ -136,9 +142,13 @@ void ResolveTextures(benchmark::State& state) {
     std::filesystem::create_directories(dir);
     const Bytes image = WriteOGF(Noise(64, 64, 3), {122, 32, true, 1, "t", 0});
     for (const char* archive : {"d3.hog", "Extra13.hog", "mission.mn3"}) {
-        auto files =
-            ArchiveFiles(2000, archive[0] == 'd' ? "a" : archive[0] == 'E' ? "b" : "c", false);
-        for (auto& f : files) f.second = image;
+        auto files = ArchiveFiles(2000,
+                                  archive[0] == 'd'   ? "a"
+                                  : archive[0] == 'E' ? "b"
+                                                      : "c",
+                                  false);
+        for (auto& f : files)
+            f.second = image;
         WriteFileReplacing(dir / archive, WriteHOG(files));
     }
     Settings settings;
@@ -170,7 +180,15 @@ BENCHMARK(CopyArchiveDirectory)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ReadArchiveDirectory)->Unit(benchmark::kMicrosecond);
 BENCHMARK(CopyTables)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ReadTables)->Unit(benchmark::kMicrosecond);
-BENCHMARK(DecodeImage)->Arg(2)->Arg(10)->Arg(121)->Arg(122)->Arg(123)->Arg(124)->Arg(127)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DecodeImage)
+    ->Arg(2)
+    ->Arg(10)
+    ->Arg(121)
+    ->Arg(122)
+    ->Arg(123)
+    ->Arg(124)
+    ->Arg(127)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(DecodeAnimation)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ResolveTextures)->Unit(benchmark::kMillisecond);
 

@@ -49,26 +49,30 @@ void WriteModel(benchmark::State& state) {
         auto bytes = WriteOOF(m);
         benchmark::DoNotOptimize(bytes.data());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * LargeModelBytes().size()));
+    state.SetBytesProcessed(
+        static_cast<std::int64_t>(state.iterations() * LargeModelBytes().size()));
 }
 
 void DrawOrder(benchmark::State& state) {
     ModelData m;
     readOOF(m, LargeModelBytes());
-    for (auto _ : state) CreatePushPop(m);
+    for (auto _ : state)
+        CreatePushPop(m);
 }
 
 void BoxAndRadius(benchmark::State& state) {
     ModelData m;
     readOOF(m, LargeModelBytes());
     CreatePushPop(m);
-    for (auto _ : state) MoveSOBJ(m);
+    for (auto _ : state)
+        MoveSOBJ(m);
 }
 
 void VertexNormals(benchmark::State& state) {
     ModelData m;
     readOOF(m, LargeModelBytes());
-    for (auto _ : state) RecalcVertexNormals(m);
+    for (auto _ : state)
+        RecalcVertexNormals(m);
 }
 
 BENCHMARK(CopyModelBytes)->Unit(benchmark::kMicrosecond);

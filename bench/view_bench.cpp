@@ -1,7 +1,7 @@
 // Frames per second of the renderer, offscreen, for the sample and a large model in each
 // view type. Needs a display (bench/run.sh uses xvfb-run when there is none).
-#include <QGuiApplication>
 #include <benchmark/benchmark.h>
+#include <QGuiApplication>
 
 #include "bench_models.h"
 #include "model/file_io.h"
@@ -51,12 +51,16 @@ void Frames(benchmark::State& state, const ModelData& model) {
         glFinish();
     }
     if (view.renderer().ListBuilds() != builds) state.SkipWithError("lists were rebuilt");
-    state.counters["fps"] = benchmark::Counter(static_cast<double>(state.iterations()),
-                                               benchmark::Counter::kIsRate);
+    state.counters["fps"] =
+        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 
-void SampleFrames(benchmark::State& state) { Frames(state, Sample()); }
-void LargeModelFrames(benchmark::State& state) { Frames(state, Large()); }
+void SampleFrames(benchmark::State& state) {
+    Frames(state, Sample());
+}
+void LargeModelFrames(benchmark::State& state) {
+    Frames(state, Large());
+}
 
 // 0 wireframe, 1 flat, 2 smooth, 3 textured.
 BENCHMARK(SampleFrames)->DenseRange(0, 3)->UseRealTime()->Unit(benchmark::kMillisecond);

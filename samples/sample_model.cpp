@@ -107,6 +107,9 @@ ModelData BuildSampleModel() {
     RotKey r1{10, {0, 1, 0}, 16384, IdentityMatrix()};
     RotKey r2{20, {0, -1, 0}, 16384, IdentityMatrix()};
     m.Sub(3).Rot = {0, 20, {r0, r1, r2}};
+    // The radar dish spins about its own Y axis ("$rotate=2": one turn in two seconds).
+    m.Sub(4).Rot = {
+        0, 10, {{0, {0, 1, 0}, 1, IdentityMatrix()}, {10, {0, 1, 0}, 1, IdentityMatrix()}}};
     m.Sub(6).Pos = {0, 20, {{0, {0, 1.0f, 2.2f}}, {10, {0, 1.5f, 2.2f}}, {20, {0, 1.0f, 2.2f}}}};
     m.HasPANI = true;
     m.HasRANI = true;

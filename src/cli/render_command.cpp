@@ -7,6 +7,8 @@
 #include "gamedata/file_names.h"
 #include "gamedata/ini_file.h"
 #include "gamedata/texture_loader.h"
+#include "view/animation.h"
+#include "view/background.h"
 #include "view/offscreen.h"
 
 namespace mw {
@@ -16,10 +18,12 @@ constexpr const char* kRenderUsage =
     "Usage: meshwright-cli render MODEL --png OUT [--size WxH] [--view wireframe|flat|smooth|"
     "textured]\n"
     "                             [--angles X,Y] [--frame F] [--stereo] [--points] [--normals]\n"
-    "                             [--highlight S] [--settings INI] [--d3hog PATH]\n"
+    "                             [--highlight S] [--time SECONDS] [--settings INI]\n"
+    "                             [--d3hog PATH]\n"
     "Draws one frame of the model offscreen, with the camera fitted to it, and writes it as\n"
     "PNG. Textures come from the game data that the settings or --d3hog name; without game\n"
-    "data each texture shows the placeholder.\n";
+    "data each texture shows the placeholder. --time runs the animation clock that long first\n"
+    "(animated and sliding textures, rotators), as the editor's timer would.\n";
 
 struct RenderOptions {
     std::string model, png, ini, d3hog;
@@ -27,6 +31,7 @@ struct RenderOptions {
     ViewType view = ViewType::Textured;
     std::optional<std::pair<float, float>> angles;
     float frame = 0.0f;
+    float time = 0.0f;
     bool stereo = false, points = false, normals = false;
     int highlight = -1;
 };
@@ -69,6 +74,10 @@ bool Parse(const std::vector<std::string>& args, RenderOptions& o) {
             const auto f = ParseFloatText(args[++i]);
             if (!f) return false;
             o.frame = *f;
+        } else if (a == "--time" && value) {
+            const auto t = ParseFloatText(args[++i]);
+            if (!t || *t < 0.0f || *t > 3600.0f) return false;
+            o.time = *t;
         } else if (a == "--highlight" && value) {
             if (!ParseInt(args[++i], o.highlight)) return false;
         } else if (a == "--settings" && value) {
@@ -140,8 +149,10 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
     }
     const std::vector<std::uint32_t> missing = MakeMissingTexture(1);
     LoadedTextures loaded;
-    if (!settings.D3HogPath.empty() || !settings.MN3GAMPath.empty() || !settings.OGFPath.empty()) {
-        GameData data;
+    GameData data;
+    const bool gameData =
+        !settings.D3HogPath.empty() || !settings.MN3GAMPath.empty() || !settings.OGFPath.empty();
+    if (gameData) {
         data.Hog.ReadHOGs(settings, nullptr);
         data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);
         view.MakeCurrent();
@@ -149,6 +160,15 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
         view.Load(model, &loaded, missing);
     } else {
         view.Load(model, nullptr, missing);
+    }
+    view.LoadGlow(gameData ? &data : nullptr, settings);
+    if (!settings.BackgroundImage.empty()) {
+        if (const auto picture = LoadBackgroundPicture(settings.BackgroundImage)) {
+            view.MakeCurrent();
+            view.renderer().UploadBackground(&*picture);
+        } else {
+            err << "Error reading " << FileNameOf(settings.BackgroundImage) << "\n";
+        }
     }
 
     FrameInput in = FittedFrame(model);
@@ -162,6 +182,9 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
         in.camera.AngleX = o.angles->first;
         in.camera.AngleY = o.angles->second;
     }
+    view.MakeCurrent();
+    AdvanceView(view.renderer(), model, loaded, in.viewAngles, o.time, settings.TextureAnimation,
+                settings.RotatorAnimation);
     const QImage image = view.Render(model, in);
     if (!image.save(QString::fromStdString(o.png), "PNG")) {
         err << "Error writing " << o.png << "\n";

@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <random>
 
@@ -18,6 +19,7 @@
 #include "model/oof_reader.h"
 #include "model/structure.h"
 #include "model/text_codec.h"
+#include "view/background.h"
 
 namespace mw {
 namespace {
@@ -41,6 +43,11 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, QWidget* parent)
     status_ = new QLabel(this);
     statusBar()->addWidget(status_, 1);
     BuildMenus();
+    // The animation timer: ticks as often as the system allows; motion follows the clock.
+    tmrAnimate_ = new QTimer(this);
+    tmrAnimate_->setInterval(1);
+    connect(tmrAnimate_, &QTimer::timeout, this, [this] { UpdateView(true); });
+    tmrAnimate_->start();
     SetViewMode(display_.Mode);
     SetViewType(display_.Type);
     RefreshStatus();
@@ -140,7 +147,44 @@ void frmOOF::SetViewType(ViewType type) {
     viewport_->update();
 }
 
+void frmOOF::SetTextureAnimation(bool on) {
+    settings_.TextureAnimation = on;
+    if (on) return;
+    // Off: every animated texture back to its first frame, every slide back to the start.
+    viewport_->makeCurrent();
+    ApplyTextureChanges(viewport_->renderer(), ResetTextures(textures_.Slots), textures_);
+    viewport_->doneCurrent();
+    clock_.Reset();
+    viewport_->update();
+}
+
+bool frmOOF::UpdateView(bool fromTimer) {
+    const float elapsed = clock_.Tick();
+    bool changed = false;
+    if (settings_.TextureAnimation && selection_.modelReady && !isMinimized() &&
+        display_.Type == ViewType::Textured) {
+        const TextureChanges changes = AdvanceTextures(textures_.Slots, elapsed);
+        if (changes.any()) {
+            viewport_->makeCurrent();
+            ApplyTextureChanges(viewport_->renderer(), changes, textures_);
+            viewport_->doneCurrent();
+            changed = true;
+        }
+    }
+    if (display_.RotatorAnimation && selection_.modelReady) {
+        changed = AdvanceRotators(model(), viewAngles_, elapsed) || changed;
+    }
+    if (isMinimized() || (fromTimer && !changed)) return false;
+    viewport_->update();
+    return true;
+}
+
 void frmOOF::StoreSettings() {
+    settings_.Facing = display_.Facing;
+    settings_.GlowEffects = display_.Glow;
+    settings_.ShowBackground = display_.ShowBackground;
+    settings_.RotatorAnimation = display_.RotatorAnimation;
+    settings_.ViewTrajectories = display_.ViewTrajectories;
     settings_.ViewMode = static_cast<std::int16_t>(display_.Mode);
     settings_.View = display_.Type;
     settings_.ThreeDMode = display_.ThreeD;
@@ -188,6 +232,31 @@ bool frmOOF::LoadModel(const QString& path) {
 
 void frmOOF::ViewportReady() {
     glReady_ = true;
+    Renderer& renderer = viewport_->renderer();
+    renderer.ApplyFiltering(settings_.BilinearFiltering);
+    // The glow sprites' texture: the game's, or one made like it.
+    std::optional<DecodedImage> glow = DecodeGameTexture("thrustball", game_, settings_);
+    if (!glow) {
+        Notice("Glow Texture-thrustball.ogf not found. Creating similar texture.");
+        glow = GeneratedGlowImage();
+    }
+    viewport_->makeCurrent();
+    renderer.UploadGlowTexture(glow->Width, glow->Height, glow->Pixels.data());
+    // The background picture, when one is set and can be read.
+    const std::string& picture = settings_.BackgroundImage;
+    if (!picture.empty()) {
+        std::optional<BackgroundImage> image;
+        if (picture.find('.') != std::string::npos && FindFileIgnoringCase(picture)) {
+            image = LoadBackgroundPicture(picture);
+            if (!image) Notice(QString::fromStdString("Error reading " + FileNameOf(picture)));
+        }
+        if (image) {
+            viewport_->makeCurrent();
+            renderer.UploadBackground(&*image);
+        } else {
+            settings_.BackgroundImage.clear();
+        }
+    }
     if (pendingLoad_) FinishLoad();
 }
 
@@ -200,6 +269,7 @@ void frmOOF::FinishLoad() {
                       viewport_->renderer(), textures_);
     viewport_->renderer().BuildSubObjectLists(model, textures_.Slots);
     viewport_->doneCurrent();
+    viewAngles_.assign(model.SubObjects.size(), 0.0f);
     selection_.modelReady = true;
     viewport_->FitView();
     RefreshStatus();

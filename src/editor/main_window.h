@@ -8,12 +8,14 @@
 
 #include "gamedata/texture_loader.h"
 #include "model/oof.h"
+#include "view/animation.h"
 #include "view/view_state.h"
 
 class QAction;
 class QActionGroup;
 class QLabel;
 class QMenu;
+class QTimer;
 
 namespace mw {
 
@@ -49,6 +51,13 @@ class frmOOF : public QMainWindow {
     void Notice(const QString& text);
     void ViewportReady();
 
+    // The update routine: advances the clock, the texture animation and the rotators, and
+    // redraws when something changed (always when not called from the timer). Returns true
+    // when a frame was drawn.
+    bool UpdateView(bool fromTimer);
+    const std::vector<float>& viewAngles() const { return viewAngles_; }
+    void SetTextureAnimation(bool on);
+
   private:
     void BuildMenus();
     QAction* Toggle(QMenu* menu, const QString& text, bool checked, bool DisplaySettings::*flag);
@@ -74,6 +83,9 @@ class frmOOF : public QMainWindow {
     std::map<ViewMode, QAction*> modeActions_;
     std::map<ViewType, QAction*> typeActions_;
     QMenu* popup_ = nullptr;
+    QTimer* tmrAnimate_ = nullptr;
+    FrameClock clock_;
+    std::vector<float> viewAngles_;
     QLabel* status_ = nullptr;
 };
 

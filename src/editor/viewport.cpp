@@ -38,7 +38,7 @@ FrameInput Viewport::Input() const {
     in.display = window_.display();
     in.selection = window_.selection();
     in.curFrame = window_.curFrame();
-    in.viewAngles.assign(window_.model().SubObjects.size(), 0.0f);
+    in.viewAngles = window_.viewAngles();
     return in;
 }
 

@@ -160,7 +160,8 @@ OgfStatus clsOGF::ReadOAF(ByteReader& r, TextureSlot& slot, FrameStore& store) {
     slot.CurrentFrame = 1;
     slot.FrameTime = frames > 0 ? slot.Gam.AnimationTime() / static_cast<float>(frames) : 0.0f;
     slot.FrameBase = store.Pixels.size();
-    slot.AnimationClock = 0.0;
+    slot.FrameClock = 0.0f;
+    slot.FrameDirection = 1;
     if (frames < 1) return status;
 
     store.Pixels.insert(store.Pixels.end(), Image.Pixels.begin(), Image.Pixels.end());

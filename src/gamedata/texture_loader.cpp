@@ -1,5 +1,6 @@
 #include "gamedata/texture_loader.h"
 
+#include <cmath>
 #include <random>
 
 #include "gamedata/file_names.h"
@@ -33,6 +34,45 @@ std::vector<std::uint32_t> MakeMissingTexture(std::uint32_t seed) {
         p = channel(r3) | channel(r1) << 8 | channel(r2) << 16 | 255u << 24;
     }
     return pixels;
+}
+
+std::optional<DecodedImage> DecodeGameTexture(std::string_view name, GameData& data,
+                                              const Settings& settings) {
+    const TexLookup found = data.Hog.GetTexIndex(name, settings);
+    std::optional<std::vector<std::uint8_t>> bytes;
+    bool animation = false;
+    if (found.index == kLooseImageIndex) {
+        bytes = ReadFileBytes(found.path);
+        animation = ContainsIgnoringCase(found.path, ".oaf");
+    } else if (found.index >= 0) {
+        const HogTextureEntry& e = data.Hog.Textures[static_cast<std::size_t>(found.index)];
+        ArchiveReader archives(data.Hog);
+        bytes = archives.Read(e.Slot, e.Offset, e.Length);
+        animation = !e.IsOGF;
+    }
+    if (!bytes) return std::nullopt;
+    ByteReader r(*bytes);
+    if (animation) {
+        r.skip((*bytes)[0] == 127 ? 7 : 17);  // the animation header; frame 0 follows
+    }
+    if (data.Ogf.ReadOGF(r) != OgfStatus::Ok) return std::nullopt;
+    return std::move(data.Ogf.Image);
+}
+
+DecodedImage GeneratedGlowImage() {
+    DecodedImage image;
+    image.Width = image.Height = 64;
+    image.Pixels.resize(64 * 64);
+    for (int y = 0; y < 64; ++y) {
+        for (int x = 0; x < 64; ++x) {
+            const double d = std::sqrt((x - 32.0) * (x - 32.0) + (y - 32.0) * (y - 32.0));
+            double v = std::nearbyint(32.0 - d);
+            if (v < 0) v = 0;
+            const auto b = static_cast<std::uint32_t>(std::nearbyint(v * 255.0 / 32.0));
+            image.Pixels[static_cast<std::size_t>(y * 64 + x)] = b | b << 8 | b << 16 | 255u << 24;
+        }
+    }
+    return image;
 }
 
 void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData& data,

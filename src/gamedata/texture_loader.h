@@ -4,7 +4,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "gamedata/gam.h"
@@ -55,6 +57,15 @@ struct GameData {
 // 32 x 32 opaque pixels of random colours.
 std::vector<std::uint32_t> MakeMissingTexture(std::uint32_t seed);
 inline constexpr int kMissingTextureSize = 32;
+
+// Finds a game texture by name as a model texture would be, and decodes it (the first frame
+// of an animation). nullopt when it cannot be found or decoded.
+std::optional<DecodedImage> DecodeGameTexture(std::string_view name, GameData& data,
+                                              const Settings& settings);
+
+// The glow sprites' texture when the game has no "thrustball": a white spot fading to black
+// at radius 32, 64 x 64.
+DecodedImage GeneratedGlowImage();
 
 void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData& data,
                        const Settings& settings, const std::vector<std::uint32_t>& missing,

@@ -22,6 +22,7 @@ struct GamTextureProperties {
 };
 
 inline constexpr std::uint32_t kGamFlagAlpha = 0x4000;
+inline constexpr std::uint32_t kGamFlagPingPong = 262144;
 
 struct TextureSlot {
     GamTextureProperties Gam;
@@ -33,7 +34,12 @@ struct TextureSlot {
     int CurrentFrame = 0;  // 1 after an animation was decoded
     float FrameTime = 0.0f;
     std::size_t FrameBase = 0;  // first pixel of frame 0 in the frame store
-    double AnimationClock = 0.0;
+
+    // Animation state, advanced by the view's frame clock.
+    float FrameClock = 0.0f;  // seconds since the last frame change
+    int FrameDirection = 1;   // +1 or -1 for ping-pong animations
+    float SlidePosU = 0.0f;   // seconds into the current slide
+    float SlidePosV = 0.0f;
 };
 
 // The frames of all animated textures of the model, one after another.

@@ -83,6 +83,23 @@ QImage OffscreenView::Render(const ModelData& model, const FrameInput& in) {
     return fbo_->toImage(true).convertToFormat(QImage::Format_RGB32);
 }
 
+QImage OffscreenView::RenderPreview(int t) {
+    MakeCurrent();
+    renderer_.RenderTexturePreview(t, fbo_->width(), fbo_->height());
+    glFinish();
+    return fbo_->toImage(true).convertToFormat(QImage::Format_RGB32);
+}
+
+bool OffscreenView::LoadGlow(GameData* data, const Settings& settings) {
+    std::optional<DecodedImage> image;
+    if (data != nullptr) image = DecodeGameTexture("thrustball", *data, settings);
+    const bool found = image.has_value();
+    if (!image) image = GeneratedGlowImage();
+    MakeCurrent();
+    renderer_.UploadGlowTexture(image->Width, image->Height, image->Pixels.data());
+    return found;
+}
+
 FrameInput FittedFrame(const ModelData& model) {
     FrameInput in;
     in.camera.FitView(model.Header.Radius);

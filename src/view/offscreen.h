@@ -36,6 +36,12 @@ class OffscreenView {
 
     // Draws one frame and returns it.
     QImage Render(const ModelData& model, const FrameInput& in);
+    // Draws model texture t into the whole framebuffer, as the textures panel previews it.
+    QImage RenderPreview(int t);
+
+    // The glow sprites' texture: the game's "thrustball" when `data` finds it, else the
+    // generated one. Returns false when the generated one was used.
+    bool LoadGlow(GameData* data, const Settings& settings);
 
     Renderer& renderer() { return renderer_; }
 

@@ -126,6 +126,15 @@ void Renderer::ReleaseGL() {
     haveFont_ = false;
     if (axisLists_ != 0) glDeleteLists(axisLists_, 2);
     axisLists_ = 0;
+    if (texMatrixCount_ > 0) glDeleteLists(texMatrixBase_, texMatrixCount_);
+    texMatrixCount_ = 0;
+    if (glowTexture_ != 0) glDeleteTextures(1, &glowTexture_);
+    glowTexture_ = 0;
+    if (backgroundTexture_ != 0) glDeleteTextures(1, &backgroundTexture_);
+    backgroundTexture_ = 0;
+    if (backgroundList_ != 0) glDeleteLists(backgroundList_, 1);
+    backgroundList_ = 0;
+    backgroundLoaded_ = false;
 }
 
 void Renderer::ResizeViewport(int width, int height, ClipPlanes planes) {
@@ -147,6 +156,7 @@ float Renderer::ReadDepth(const FrameInput& in) const {
 
 void Renderer::RenderFrame(const ModelData& model, const FrameInput& in) {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    if (in.display.ShowBackground && backgroundLoaded_) glCallList(backgroundList_);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     picked_ = -1;
@@ -240,6 +250,8 @@ void Renderer::DrawModel(const ModelData& model, const FrameInput& in) {
     restoreFill();
 
     const bool picking = in.pick && d.Mode == ViewMode::Selection;
+    facing_.clear();
+    glows_.clear();
     float reference = 1.0f;
     bool pointHit = false;
     if (picking) reference = ReadDepth(in);
@@ -250,13 +262,22 @@ void Renderer::DrawModel(const ModelData& model, const FrameInput& in) {
         const auto si = static_cast<std::size_t>(s);
         if (si < model.PushFlags.size() && model.PushFlags[si]) glPushMatrix();
         Translate(sub.Offset);
+        // Facing parts are drawn as screen-aligned quads and glowing parts get a sprite,
+        // both after the walk, at the eye-space origin they have here.
+        const bool facing = d.Facing && (sub.PropertyFlags & kPropFacingBit);
+        if (facing || (d.Glow && (sub.PropertyFlags & kPropGlow))) {
+            Matrix4 current;
+            glGetFloatv(GL_MODELVIEW_MATRIX, current.m.data());
+            (facing ? facing_ : glows_).push_back({s, GetTranslation(current)});
+            if (facing && d.Glow && (sub.PropertyFlags & kPropGlow)) {
+                glows_.push_back({s, GetTranslation(current)});
+            }
+        }
         if (s == sel.hiliteSOBJ) glGetFloatv(GL_MODELVIEW_MATRIX, trajectoryMatrix_);
         ApplyAnimation(model, in, s, in.curFrame, in.curFrame, true);
         if (s == sel.hiliteSOBJ) glGetDoublev(GL_MODELVIEW_MATRIX, hiliteMatrix_);
         DrawSubObjectAids(model, in, s);
 
-        // The facing effect draws "$facing" parts itself; until it is there they are drawn
-        // as any other part.
         PaletteColour colour = PaletteColour::White;
         if (s == sel.hiliteSOBJ2) {
             colour = PaletteColour::LightGreen;
@@ -270,6 +291,7 @@ void Renderer::DrawModel(const ModelData& model, const FrameInput& in) {
             glColor4ubv(sub.Faces[0].Color.data());
         }
         for (int e : model.MergeTable[static_cast<std::size_t>(i)]) {
+            if (facing) break;
             if (d.Type == ViewType::Textured && !highlighted) {
                 glCallList(texturedBase_ + static_cast<unsigned>(e));
             } else if (d.Type == ViewType::FlatSolid) {
@@ -278,12 +300,12 @@ void Renderer::DrawModel(const ModelData& model, const FrameInput& in) {
                 glCallList(smoothBase_ + static_cast<unsigned>(e));
             }
         }
-        if (picking) {
+        if (picking && !facing) {
             const float depth = ReadDepth(in);
             if (depth != reference) picked_ = s;
             reference = depth;
         }
-        if (d.ViewNormals) {
+        if (d.ViewNormals && !facing) {
             for (int e : model.MergeTable[static_cast<std::size_t>(i)])
                 DrawNormals(model, in, e);
         }
@@ -303,6 +325,8 @@ void Renderer::DrawModel(const ModelData& model, const FrameInput& in) {
         GetArrayIndex(model, sel.hiliteSOBJ) >= 0) {
         DrawTrajectories(model, in);
     }
+    DrawFacing(model, in, picking);
+    DrawGlows(model, in, picking);
     glDepthMask(GL_TRUE);
     if (sel.hiliteSOBJ != -1 && GetArrayIndex(model, sel.hiliteSOBJ) >= 0) DrawSelectionAxes(in);
     gluDeleteQuadric(quadric);

@@ -11,6 +11,7 @@
 
 #include "gamedata/texture_loader.h"
 #include "model/model_data.h"
+#include "view/background.h"
 #include "view/view_state.h"
 
 namespace mw {
@@ -43,6 +44,22 @@ class Renderer : public TextureUploader {
                             const std::uint32_t* pixels) override;
     // A placeholder texture in every slot, for a model whose textures were not resolved.
     void UploadPlaceholders(int count, const std::vector<std::uint32_t>& missing);
+    // Replaces texture t's image by its current animation frame from the frame store.
+    void UploadTextureFrame(int t, const TextureSlot& slot, const FrameStore& frames);
+    // Moves texture t by (u, v) of its size (sliding textures).
+    void SetTextureOffset(int t, float u, float v);
+    // Linear or nearest filtering for every model texture, now and for later uploads.
+    void ApplyFiltering(bool bilinear);
+
+    // The glow sprites' texture (RGBA pixels, rows from the top).
+    void UploadGlowTexture(int width, int height, const std::uint32_t* pixels);
+    // The picture behind the model; an empty image removes it.
+    void UploadBackground(const BackgroundImage* image);
+    bool BackgroundLoaded() const { return backgroundLoaded_; }
+
+    // Draws model texture t over the whole of a width x height viewport (the textures
+    // panel's preview), first row at the top.
+    void RenderTexturePreview(int t, int width, int height);
 
     // One frame, normal or red/cyan by the display settings. Buffers are not swapped.
     void RenderFrame(const ModelData& model, const FrameInput& in);
@@ -60,6 +77,10 @@ class Renderer : public TextureUploader {
     void DrawNormals(const ModelData& model, const FrameInput& in, int e);
     void DrawTrajectories(const ModelData& model, const FrameInput& in);
     void DrawAxisOverlay(const FrameInput& in);
+    void DrawFacing(const ModelData& model, const FrameInput& in, bool picking);
+    void DrawGlows(const ModelData& model, const FrameInput& in, bool picking);
+    void SetBlendForTexture(int t);
+    bool ColourChanged(const FrameInput& in, std::uint32_t& reference) const;
     void DrawSelectionAxes(const FrameInput& in);
     void ApplyAnimation(const ModelData& model, const FrameInput& in, int s, float posFrame,
                         float rotFrame, bool rotator);
@@ -79,6 +100,18 @@ class Renderer : public TextureUploader {
     unsigned glyphBase_ = 0;
     bool haveFont_ = false;
     std::vector<unsigned> textures_;
+    unsigned texMatrixBase_ = 0;
+    int texMatrixCount_ = 0;
+    bool bilinear_ = false;
+    unsigned glowTexture_ = 0;
+    unsigned backgroundTexture_ = 0;
+    unsigned backgroundList_ = 0;
+    bool backgroundLoaded_ = false;
+    struct Effect {
+        int s;
+        Vector3 origin;  // eye space
+    };
+    std::vector<Effect> facing_, glows_;
     std::vector<bool> blended_;  // per model texture
     std::vector<std::uint32_t> gamFlags_;
     std::vector<float> gamAlpha_;

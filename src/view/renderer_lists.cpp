@@ -155,6 +155,7 @@ void Renderer::CompileTextured(const SubObject& sub) {
         const int t = order[static_cast<std::size_t>(i)];
         if (!uses(t) || static_cast<std::size_t>(t) >= textures_.size()) continue;
         glBindTexture(GL_TEXTURE_2D, textures_[static_cast<std::size_t>(t)]);
+        if (t < texMatrixCount_) glCallList(texMatrixBase_ + static_cast<unsigned>(t));
         facesOf(t);
     }
     if (front < count) {
@@ -162,17 +163,9 @@ void Renderer::CompileTextured(const SubObject& sub) {
         for (int i = front; i < count; ++i) {
             const int t = order[static_cast<std::size_t>(i)];
             if (!uses(t) || static_cast<std::size_t>(t) >= textures_.size()) continue;
-            const std::uint32_t flags = gamFlags_[static_cast<std::size_t>(t)];
-            if (flags & (kGamAdditive | kGamBlended)) {
-                glColor4f(1, 1, 1, gamAlpha_[static_cast<std::size_t>(t)]);
-                glDisable(GL_ALPHA_TEST);
-                glBlendFunc(GL_SRC_ALPHA, (flags & kGamAdditive) ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA);
-            } else {
-                glEnable(GL_ALPHA_TEST);
-                glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-                SetColour(PaletteColour::White);
-            }
+            SetBlendForTexture(t);
             glBindTexture(GL_TEXTURE_2D, textures_[static_cast<std::size_t>(t)]);
+            if (t < texMatrixCount_) glCallList(texMatrixBase_ + static_cast<unsigned>(t));
             facesOf(t);
         }
     }
@@ -195,11 +188,13 @@ void Renderer::UploadModelTexture(int texture, int width, int height, const std:
     glBindTexture(GL_TEXTURE_2D, textures_[static_cast<std::size_t>(texture)]);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    const GLint filter = bilinear_ ? GL_LINEAR : GL_NEAREST;
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
     glDisable(GL_TEXTURE_2D);
+    SetTextureOffset(texture, 0.0f, 0.0f);
 }
 
 void Renderer::UploadPlaceholders(int count, const std::vector<std::uint32_t>& missing) {
