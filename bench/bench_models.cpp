@@ -1,8 +1,20 @@
 #include "bench_models.h"
 
+#include <cstring>
+
 #include "model/geometry.h"
 
 namespace mw {
+
+void CopyBytesBenchmark(benchmark::State& state, const std::vector<std::uint8_t>& bytes) {
+    std::vector<std::uint8_t> copy(bytes.size());
+    for (auto _ : state) {
+        std::memcpy(copy.data(), bytes.data(), bytes.size());
+        benchmark::DoNotOptimize(copy.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+}
 
 ModelData LargeModel(int subObjects, int facesPerPart) {
     ModelData m;

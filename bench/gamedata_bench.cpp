@@ -4,6 +4,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "bench_models.h"
 #include "gamedata/texture_loader.h"
 #include "gamedata_writers.h"
 #include "model/file_io.h"
@@ -44,19 +45,9 @@ const Bytes& BigTables() {
     return bytes;
 }
 
-void CopyBytes(benchmark::State& state, const Bytes& bytes) {
-    std::vector<std::uint8_t> copy(bytes.size());
-    for (auto _ : state) {
-        std::memcpy(copy.data(), bytes.data(), bytes.size());
-        benchmark::DoNotOptimize(copy.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
-}
-
 void CopyArchiveDirectory(benchmark::State& state) {
     const Bytes directory(BigArchive().begin(), BigArchive().begin() + 68 + 48 * 5000);
-    CopyBytes(state, directory);
+    CopyBytesBenchmark(state, directory);
 }
 
 void ReadArchiveDirectory(benchmark::State& state) {
@@ -73,7 +64,7 @@ void ReadArchiveDirectory(benchmark::State& state) {
 }
 
 void CopyTables(benchmark::State& state) {
-    CopyBytes(state, BigTables());
+    CopyBytesBenchmark(state, BigTables());
 }
 
 void ReadTables(benchmark::State& state) {

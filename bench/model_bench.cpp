@@ -21,14 +21,7 @@ const std::vector<std::uint8_t>& LargeModelBytes() {
 }
 
 void CopyModelBytes(benchmark::State& state) {
-    const auto& bytes = LargeModelBytes();
-    std::vector<std::uint8_t> copy(bytes.size());
-    for (auto _ : state) {
-        std::memcpy(copy.data(), bytes.data(), bytes.size());
-        benchmark::DoNotOptimize(copy.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+    CopyBytesBenchmark(state, LargeModelBytes());
 }
 
 void ReadModel(benchmark::State& state) {

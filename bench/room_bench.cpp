@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "bench_models.h"
 #include "convert/orf_reader.h"
 #include "convert/orf_writer.h"
 #include "model/byte_cursor.h"
@@ -69,14 +70,7 @@ void ImportRoom(benchmark::State& state, bool reversed) {
 }
 
 void CopyRoomBytes(benchmark::State& state) {
-    const auto bytes = GridRoom(static_cast<int>(state.range(0)), false);
-    std::vector<std::uint8_t> copy(bytes.size());
-    for (auto _ : state) {
-        std::memcpy(copy.data(), bytes.data(), bytes.size());
-        benchmark::DoNotOptimize(copy.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+    CopyBytesBenchmark(state, GridRoom(static_cast<int>(state.range(0)), false));
 }
 
 void ExportRoom(benchmark::State& state) {

@@ -5,6 +5,8 @@
 
 #include "convert/orf_reader.h"
 #include "gamedata/file_names.h"
+#include "gamedata/ini_file.h"
+#include "gamedata/settings.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
@@ -68,6 +70,16 @@ int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostr
         err << failure << "\n";
         return kExitCantCreate;
     }
+    return 0;
+}
+
+int LoadSettingsFile(const std::string& path, Settings& settings, std::ostream& err) {
+    clsIniFile file(path);
+    if (!file.Load()) {
+        err << "Cannot open " << path << "\n";
+        return kExitNoInput;
+    }
+    LoadSettings(file, settings);
     return 0;
 }
 

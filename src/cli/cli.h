@@ -45,6 +45,9 @@ class GameNameTable;
 // ends in .orf), reporting failures on `err`. Returns 0 or the exit status to end with.
 int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err,
                   const GameNameTable* roomNames = nullptr);
+// Reads the settings file at `path` into `settings`; 0 or the exit status.
+int LoadSettingsFile(const std::string& path, struct Settings& settings, std::ostream& err);
+
 int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err);
 
 bool WantsHelp(const std::vector<std::string>& args);

@@ -62,12 +62,7 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std:
 
     Settings settings;
     if (!ini.empty()) {
-        clsIniFile file(ini);
-        if (!file.Load()) {
-            err << "Cannot open " << ini << "\n";
-            return kExitNoInput;
-        }
-        LoadSettings(file, settings);
+        if (const int status = LoadSettingsFile(ini, settings, err)) return status;
         DeriveArchivePaths(settings);
     }
     // The game's tables translate texture names both ways: game names for the room, and

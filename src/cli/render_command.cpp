@@ -130,12 +130,7 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
 
     Settings settings;
     if (!o.ini.empty()) {
-        clsIniFile file(o.ini);
-        if (!file.Load()) {
-            err << "Cannot open " << o.ini << "\n";
-            return kExitNoInput;
-        }
-        LoadSettings(file, settings);
+        if (const int status = LoadSettingsFile(o.ini, settings, err)) return status;
     }
     if (!o.d3hog.empty()) settings.D3HogPath = o.d3hog;
     DeriveArchivePaths(settings);

@@ -67,12 +67,7 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
 
     Settings settings;
     if (!ini.empty()) {
-        clsIniFile file(ini);
-        if (!file.Load()) {
-            err << "Cannot open " << ini << "\n";
-            return kExitNoInput;
-        }
-        LoadSettings(file, settings);
+        if (const int status = LoadSettingsFile(ini, settings, err)) return status;
     }
     if (d3) settings.D3HogPath = *d3;
     if (mission) settings.MN3GAMPath = *mission;

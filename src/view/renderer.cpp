@@ -5,6 +5,7 @@
 #include "model/geometry.h"
 #include "model/keys.h"
 #include "view/gl.h"
+#include "view/gl_model.h"
 
 namespace mw {
 namespace {
@@ -12,14 +13,6 @@ namespace {
 constexpr std::uint32_t kPropFacingBit = 4096;
 constexpr std::uint32_t kPropFovBit = 2;
 constexpr std::uint32_t kPropRotateBit = 1;
-
-// The model is left-handed: X is negated on the way to OpenGL.
-void Translate(Vector3 v) {
-    glTranslatef(-v.X, v.Y, v.Z);
-}
-void GlVertex(Vector3 v) {
-    glVertex3f(-v.X, v.Y, v.Z);
-}
 
 void Cross(Vector3 p, float size = 1.0f) {
     glBegin(GL_LINES);
@@ -456,20 +449,25 @@ void Renderer::DrawTrajectories(const ModelData& model, const FrameInput& in) {
     if (in.display.Type != ViewType::Wireframe) glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
 }
 
-void Renderer::DrawAxisOverlay(const FrameInput& in) {
+void Renderer::DrawTripod(const FrameInput& in, double x, double y) {
+    // One unit is 25 pixels; (x, y) in units from the lower left corner.
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glLoadIdentity();
     glOrtho(0, width_ / 25.0, 0, height_ / 25.0, -1, 1);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    glTranslatef(1, 1, 0);
+    glTranslated(x, y, 0);
     glRotatef(in.camera.AngleX, 1, 0, 0);
     glRotatef(in.camera.AngleY, 0, 1, 0);
     glCallList(axisLists_ + (in.display.ThreeD ? 1u : 0u));
     glMatrixMode(GL_PROJECTION);
     glPopMatrix();
     glMatrixMode(GL_MODELVIEW);
+}
+
+void Renderer::DrawAxisOverlay(const FrameInput& in) {
+    DrawTripod(in, 1.0, 1.0);
 }
 
 void Renderer::DrawSelectionAxes(const FrameInput& in) {
@@ -479,19 +477,7 @@ void Renderer::DrawSelectionAxes(const FrameInput& in) {
     glGetIntegerv(GL_VIEWPORT, viewport);
     double wx = 0, wy = 0, wz = 0;
     if (gluProject(0, 0, 0, hiliteMatrix_, projection, viewport, &wx, &wy, &wz) != GL_TRUE) return;
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glOrtho(0, width_ / 25.0, 0, height_ / 25.0, -1, 1);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    glTranslated(wx / 25.0, wy / 25.0, 0);
-    glRotatef(in.camera.AngleX, 1, 0, 0);
-    glRotatef(in.camera.AngleY, 0, 1, 0);
-    glCallList(axisLists_ + (in.display.ThreeD ? 1u : 0u));
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
+    DrawTripod(in, wx / 25.0, wy / 25.0);
 }
 
 }  // namespace mw

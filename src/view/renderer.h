@@ -77,9 +77,11 @@ class Renderer : public TextureUploader {
     void DrawNormals(const ModelData& model, const FrameInput& in, int e);
     void DrawTrajectories(const ModelData& model, const FrameInput& in);
     void DrawAxisOverlay(const FrameInput& in);
+    void DrawTripod(const FrameInput& in, double x, double y);
     void DrawFacing(const ModelData& model, const FrameInput& in, bool picking);
     void DrawGlows(const ModelData& model, const FrameInput& in, bool picking);
     void SetBlendForTexture(int t);
+    void DrawViewportTexture(unsigned texture, bool firstRowAtTop);
     bool ColourChanged(const FrameInput& in, std::uint32_t& reference) const;
     void DrawSelectionAxes(const FrameInput& in);
     void ApplyAnimation(const ModelData& model, const FrameInput& in, int s, float posFrame,

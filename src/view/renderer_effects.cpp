@@ -78,75 +78,36 @@ void Renderer::UploadBackground(const BackgroundImage* image) {
     // The picture stretched over the whole viewport, behind everything.
     if (backgroundList_ == 0) backgroundList_ = glGenLists(1);
     glNewList(backgroundList_, GL_COMPILE);
-    glDisable(GL_LIGHTING);
-    glDepthMask(GL_FALSE);
-    glDisable(GL_DEPTH_TEST);
-    glMatrixMode(GL_PROJECTION);
-    glPolygonMode(GL_FRONT, GL_FILL);
-    glPushMatrix();
-    glLoadIdentity();
-    glOrtho(0, 1, 0, 1, -1, 1);
-    glMatrixMode(GL_TEXTURE);
-    glLoadIdentity();
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-    glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, backgroundTexture_);
-    SetColour(PaletteColour::White);
-    glBegin(GL_QUADS);
-    glTexCoord2f(0, 0);
-    glVertex2f(0, 0);
-    glTexCoord2f(0, 1);
-    glVertex2f(0, 1);
-    glTexCoord2f(1, 1);
-    glVertex2f(1, 1);
-    glTexCoord2f(1, 0);
-    glVertex2f(1, 0);
-    glEnd();
-    glDisable(GL_TEXTURE_2D);
-    SetColour(PaletteColour::Black);
-    glPopMatrix();
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glEnable(GL_DEPTH_TEST);
-    glDepthMask(GL_TRUE);
-    glEnable(GL_LIGHTING);
-    glMatrixMode(GL_MODELVIEW);
+    DrawViewportTexture(backgroundTexture_, false);
     glEndList();
     backgroundLoaded_ = true;
 }
 
-void Renderer::RenderTexturePreview(int t, int width, int height) {
-    glViewport(0, 0, width, height);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    if (t < 0 || static_cast<std::size_t>(t) >= textures_.size()) return;
+void Renderer::DrawViewportTexture(unsigned texture, bool firstRowAtTop) {
+    glDisable(GL_CULL_FACE);
     glDisable(GL_LIGHTING);
     glDepthMask(GL_FALSE);
     glDisable(GL_DEPTH_TEST);
-    glDisable(GL_CULL_FACE);
     glMatrixMode(GL_PROJECTION);
     glPolygonMode(GL_FRONT, GL_FILL);
     glPushMatrix();
     glLoadIdentity();
-    glOrtho(0, 1, 1, 0, -1, 1);  // y grows downwards: the first row at the top
+    // With the first row at the top, y grows downwards.
+    glOrtho(0, 1, firstRowAtTop ? 1 : 0, firstRowAtTop ? 0 : 1, -1, 1);
     glMatrixMode(GL_TEXTURE);
     glLoadIdentity();
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
     glLoadIdentity();
     glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, textures_[static_cast<std::size_t>(t)]);
+    glBindTexture(GL_TEXTURE_2D, texture);
     SetColour(PaletteColour::White);
     glBegin(GL_QUADS);
-    glTexCoord2f(0, 0);
-    glVertex2f(0, 0);
-    glTexCoord2f(1, 0);
-    glVertex2f(1, 0);
-    glTexCoord2f(1, 1);
-    glVertex2f(1, 1);
-    glTexCoord2f(0, 1);
-    glVertex2f(0, 1);
+    const float corners[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    for (const auto& c : corners) {
+        glTexCoord2f(c[0], c[1]);
+        glVertex2f(c[0], c[1]);
+    }
     glEnd();
     glDisable(GL_TEXTURE_2D);
     SetColour(PaletteColour::Black);
@@ -158,6 +119,14 @@ void Renderer::RenderTexturePreview(int t, int width, int height) {
     glEnable(GL_LIGHTING);
     glEnable(GL_CULL_FACE);
     glMatrixMode(GL_MODELVIEW);
+}
+
+void Renderer::RenderTexturePreview(int t, int width, int height) {
+    glViewport(0, 0, width, height);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    if (t >= 0 && static_cast<std::size_t>(t) < textures_.size()) {
+        DrawViewportTexture(textures_[static_cast<std::size_t>(t)], true);
+    }
     glViewport(0, 0, width_, height_);
 }
 

@@ -8,6 +8,7 @@
 
 #include "model/text_codec.h"
 #include "view/gl.h"
+#include "view/gl_model.h"
 #include "view/renderer.h"
 
 namespace mw {
@@ -15,13 +16,6 @@ namespace {
 
 constexpr std::uint32_t kGamAdditive = 2097152;
 constexpr std::uint32_t kGamBlended = 4194304;
-
-void GlVertex(Vector3 v) {
-    glVertex3f(-v.X, v.Y, v.Z);
-}
-void Normal(Vector3 n) {
-    glNormal3f(-n.X, n.Y, n.Z);
-}
 
 // A face's corners, given the index of its first corner.
 template <typename Fn>
