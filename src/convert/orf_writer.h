@@ -18,7 +18,7 @@ struct OrfExportOptions {
 };
 
 struct OrfExportResult {
-    bool Written = false;            // the spec's result: 1 written, 0 not
+    bool Written = false;            // true when the files were written
     std::vector<std::string> Files;  // the files written
     std::string Message;             // why nothing (or not everything) was written
 };
