@@ -79,12 +79,12 @@ std::vector<RoomFaceSpec> CubeFaces(int first) {
                                 {0, 1, 0},  {-1, 0, 0}, {1, 0, 0}};
     std::vector<RoomFaceSpec> faces;
     for (int f = 0; f < 6; ++f) {
-        RoomFaceSpec spec;
+        RoomFaceSpec face;
         for (int c : sides[f])
-            spec.corners.push_back(first + c);
-        spec.texture = 0;
-        spec.normal = Scale(normals[f], 2.0f);
-        faces.push_back(spec);
+            face.corners.push_back(first + c);
+        face.texture = 0;
+        face.normal = Scale(normals[f], 2.0f);
+        faces.push_back(face);
     }
     return faces;
 }
