@@ -147,6 +147,15 @@ TEST_F(EffectsTest, GlowSpritesAddTheirColourAndStayInFrontOfTheNearPlane) {
     const QColor closePlain = Centre(view_->Render(m, in));
     in.display.Glow = true;
     EXPECT_GT(Centre(view_->Render(m, in)).blue(), closePlain.blue() + 60);
+
+    // The sprite takes the pick from the quad behind it.
+    in.camera = FittedFrame(m).camera;
+    in.camera.AngleX = in.camera.AngleY = 0.0f;
+    in.pick = true;
+    in.mouseX = kW / 2;
+    in.mouseY = kH / 2;
+    view_->Render(m, in);
+    EXPECT_EQ(view_->renderer().PickedSubObject(), 1);
 }
 
 TEST_F(EffectsTest, FacingPartsTurnToTheScreen) {
@@ -157,6 +166,19 @@ TEST_F(EffectsTest, FacingPartsTurnToTheScreen) {
     FrameInput in = HeadOn(m);
     in.camera.AngleY = 90.0f;  // the quad itself would be edge-on
     EXPECT_GT(Centre(view_->Render(m, in)).green(), 40);
+
+    // Picked by the colour it leaves under the mouse.
+    in.pick = true;
+    in.mouseX = kW / 2;
+    in.mouseY = kH / 2;
+    view_->Render(m, in);
+    EXPECT_EQ(view_->renderer().PickedSubObject(), 0);
+    in.mouseX = 2;
+    in.mouseY = 2;
+    view_->Render(m, in);
+    EXPECT_EQ(view_->renderer().PickedSubObject(), -1);
+    in.pick = false;
+
     in.display.Facing = false;
     EXPECT_LT(Centre(view_->Render(m, in)).green(), 40);
 }
