@@ -164,7 +164,9 @@ std::string clsIniFile::GetString(std::string_view section, std::string_view key
         std::size_t cut = 254;  // not inside a UTF-8 sequence
         while (cut > 0 && (static_cast<unsigned char>((*v)[cut]) & 0xC0) == 0x80)
             --cut;
-        v->resize(cut);
+        // Trimmed again, so that what is written back reads back the same.
+        *v = std::string(Trim(std::string_view(*v).substr(0, cut)));
+        if (v->empty()) return std::string(def);
     }
     return *v;
 }

@@ -36,6 +36,13 @@ TEST(IniFile, TypedReads) {
     EXPECT_EQ(ini.GetString("S", "empty", "dflt"), "dflt");
     ini.WriteString("S", "long", std::string(300, 'a'));
     EXPECT_EQ(ini.GetString("S", "long", "").size(), 254u);
+    // Cut where a blank falls: the value is trimmed again, so writing it back and reading it
+    // gives the same value (found by fuzzing).
+    ini.WriteString("S", "cut", std::string(253, 'b') + "  tail" + std::string(50, 'c'));
+    const std::string cut = ini.GetString("S", "cut", "");
+    EXPECT_EQ(cut, std::string(253, 'b'));
+    ini.WriteString("S", "cut", cut);
+    EXPECT_EQ(ini.GetString("S", "cut", ""), cut);
 }
 
 TEST(Settings, EdgeValuesReadAsDocumented) {
