@@ -204,8 +204,14 @@ TexLookup clsHOG::GetTexIndex(std::string_view name, const Settings& settings) c
             }
         }
     }
-    for (int slot : {kSlotMission, kSlotExtra13, kSlotD3}) {
-        if (!Slots[static_cast<std::size_t>(slot)].Loaded) continue;
+    // An archive counts only while its file is still there: one removed since it was indexed
+    // hands the lookup on to the next archive.
+    const std::pair<int, std::optional<std::filesystem::path>> archives[] = {
+        {kSlotMission, ArchiveFile(settings.MN3GAMPath, {".hog", ".mn3"})},
+        {kSlotExtra13, ArchiveFile(settings.Extra13Path, {"extra13.hog"})},
+        {kSlotD3, ArchiveFile(settings.D3HogPath, {"d3.hog"})}};
+    for (const auto& [slot, file] : archives) {
+        if (!file) continue;
         const int index = FindTexture(name, slot);
         if (index >= 0) return {index, {}};
     }

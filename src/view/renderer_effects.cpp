@@ -51,13 +51,7 @@ void Renderer::ApplyFiltering(bool bilinear) {
 
 void Renderer::UploadGlowTexture(int width, int height, const std::uint32_t* pixels) {
     if (glowTexture_ == 0) glGenTextures(1, &glowTexture_);
-    glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, glowTexture_);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    BindTextureForUpload(glowTexture_, GL_CLAMP, GL_NEAREST);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
     glDisable(GL_TEXTURE_2D);
 }
@@ -66,11 +60,7 @@ void Renderer::UploadBackground(const BackgroundImage* image) {
     backgroundLoaded_ = false;
     if (image == nullptr || image->Width <= 0 || image->Height <= 0) return;
     if (backgroundTexture_ == 0) glGenTextures(1, &backgroundTexture_);
-    glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, backgroundTexture_);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    BindTextureForUpload(backgroundTexture_, GL_REPEAT, GL_NEAREST);
     gluBuild2DMipmaps(GL_TEXTURE_2D, 3, image->Width, image->Height, GL_RGB, GL_UNSIGNED_BYTE,
                       image->Rgb.data());
     glDisable(GL_TEXTURE_2D);

@@ -178,14 +178,8 @@ void Renderer::AllocModelTextures(int count) {
 
 void Renderer::UploadModelTexture(int texture, int width, int height, const std::uint32_t* pixels) {
     if (texture < 0 || static_cast<std::size_t>(texture) >= textures_.size()) return;
-    glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, textures_[static_cast<std::size_t>(texture)]);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
-    const GLint filter = bilinear_ ? GL_LINEAR : GL_NEAREST;
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    BindTextureForUpload(textures_[static_cast<std::size_t>(texture)], GL_REPEAT,
+                         bilinear_ ? GL_LINEAR : GL_NEAREST);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
     glDisable(GL_TEXTURE_2D);
     SetTextureOffset(texture, 0.0f, 0.0f);

@@ -152,6 +152,11 @@ TEST(Hog, TextureLookupFollowsTheOrderAndIgnoresCase) {
     ArchiveReader reader(hog);
     const auto bytes = reader.Read(1, hog.Textures[static_cast<std::size_t>(d3)].Offset, 3);
     EXPECT_EQ(bytes, Tiny(2));
+
+    // An archive removed after indexing no longer answers; the next one does.
+    std::filesystem::remove(dir / "Game" / "EXTRA13.HOG");
+    EXPECT_EQ(slotOf("brick"), 1);
+    EXPECT_EQ(slotOf("x13"), -1);
 }
 
 TEST(Progress, LongTextsAreShortenedAroundTheFirstBlank) {
