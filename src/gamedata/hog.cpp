@@ -35,6 +35,16 @@ std::optional<std::filesystem::path> ArchiveFile(const std::string& setting,
     return std::nullopt;
 }
 
+std::optional<std::filesystem::path> D3Archive(const Settings& s) {
+    return ArchiveFile(s.D3HogPath, {"d3.hog"});
+}
+std::optional<std::filesystem::path> Extra13Archive(const Settings& s) {
+    return ArchiveFile(s.Extra13Path, {"extra13.hog"});
+}
+std::optional<std::filesystem::path> MissionArchive(const Settings& s) {
+    return ArchiveFile(s.MN3GAMPath, {".hog", ".mn3"});
+}
+
 }  // namespace
 
 std::string EntryName(std::string_view field) {
@@ -171,17 +181,17 @@ void clsHOG::ReadHOGs(Settings& settings, ProgressSink* progress) {
         CloseSlot(slot, firstModel, firstTexture);
     };
 
-    if (auto d3 = ArchiveFile(settings.D3HogPath, {"d3.hog"})) {
+    if (auto d3 = D3Archive(settings)) {
         readSlot(kSlotD3, *d3, "Reading d3.hog...");
     } else {
         settings.D3HogPath.clear();
     }
-    if (auto extra = ArchiveFile(settings.Extra13Path, {"extra13.hog"})) {
+    if (auto extra = Extra13Archive(settings)) {
         readSlot(kSlotExtra13, *extra, "Reading extra13.hog...");
     } else {
         settings.Extra13Path.clear();
     }
-    if (auto mission = ArchiveFile(settings.MN3GAMPath, {".hog", ".mn3"})) {
+    if (auto mission = MissionArchive(settings)) {
         readSlot(kSlotMission, *mission, "Reading " + settings.MN3GAMPath + "...");
     }
     if (progress != nullptr) progress->End();
@@ -206,15 +216,14 @@ TexLookup clsHOG::GetTexIndex(std::string_view name, const Settings& settings) c
     }
     // An archive counts only while its file is still there: one removed since it was indexed
     // hands the lookup on to the next archive.
-    const std::pair<int, std::optional<std::filesystem::path>> archives[] = {
-        {kSlotMission, ArchiveFile(settings.MN3GAMPath, {".hog", ".mn3"})},
-        {kSlotExtra13, ArchiveFile(settings.Extra13Path, {"extra13.hog"})},
-        {kSlotD3, ArchiveFile(settings.D3HogPath, {"d3.hog"})}};
-    for (const auto& [slot, file] : archives) {
-        if (!file) continue;
-        const int index = FindTexture(name, slot);
-        if (index >= 0) return {index, {}};
-    }
+    using Finder = std::optional<std::filesystem::path> (*)(const Settings&);
+    auto search = [&](int slot, Finder archive) {
+        return archive(settings) ? FindTexture(name, slot) : -1;
+    };
+    int index = search(kSlotMission, MissionArchive);
+    if (index < 0) index = search(kSlotExtra13, Extra13Archive);
+    if (index < 0) index = search(kSlotD3, D3Archive);
+    if (index >= 0) return {index, {}};
     return {};
 }
 
