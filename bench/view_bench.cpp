@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 
 #include <filesystem>
+#include <memory>
 
 #include "bench_models.h"
 #include "gamedata/texture_loader.h"
@@ -18,14 +19,21 @@
 namespace mw {
 namespace {
 
-OffscreenView& View() {
-    static OffscreenView view;
-    static bool made = [] {
-        std::string error;
-        return view.Create(800, 600, error);
-    }();
-    (void)made;
+// The one view, made on first use and released by main while the application still exists:
+// its context cannot outlive the application.
+std::unique_ptr<OffscreenView>& ViewSlot() {
+    static std::unique_ptr<OffscreenView> view;
     return view;
+}
+
+OffscreenView& View() {
+    auto& view = ViewSlot();
+    if (!view) {
+        view = std::make_unique<OffscreenView>();
+        std::string error;
+        view->Create(800, 600, error);
+    }
+    return *view;
 }
 
 const ModelData& Sample() {
@@ -153,5 +161,6 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    mw::ViewSlot().reset();
     return 0;
 }
