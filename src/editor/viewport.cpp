@@ -10,6 +10,21 @@
 #include "view/gl.h"
 
 namespace mw {
+namespace {
+
+// A cursor coordinate at or past one edge of the screen jumps to just inside the other.
+bool WrapToOtherEdge(int& coord, int low, int high) {
+    if (coord >= high) {
+        coord = low + 1;
+    } else if (coord <= low) {
+        coord = high - 1;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
 
 Viewport::Viewport(frmOOF& window, QWidget* parent) : QOpenGLWidget(parent), window_(window) {
     setMouseTracking(true);
@@ -110,27 +125,12 @@ void Viewport::WrapCursor(bool horizontal, bool vertical) {
     const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
     if (screen == nullptr) return;
     const QRect area = screen->geometry();
-    QPoint p = QCursor::pos();
-    bool moved = false;
-    if (horizontal) {
-        if (p.x() >= area.right()) {
-            p.setX(area.left() + 1);
-            moved = reanchorX_ = true;
-        } else if (p.x() <= area.left()) {
-            p.setX(area.right() - 1);
-            moved = reanchorX_ = true;
-        }
-    }
-    if (vertical) {
-        if (p.y() >= area.bottom()) {
-            p.setY(area.top() + 1);
-            moved = reanchorY_ = true;
-        } else if (p.y() <= area.top()) {
-            p.setY(area.bottom() - 1);
-            moved = reanchorY_ = true;
-        }
-    }
-    if (moved) QCursor::setPos(p);
+    int x = QCursor::pos().x(), y = QCursor::pos().y();
+    const bool movedX = horizontal && WrapToOtherEdge(x, area.left(), area.right());
+    const bool movedY = vertical && WrapToOtherEdge(y, area.top(), area.bottom());
+    reanchorX_ = reanchorX_ || movedX;
+    reanchorY_ = reanchorY_ || movedY;
+    if (movedX || movedY) QCursor::setPos(x, y);
 }
 
 void Viewport::mouseMoveEvent(QMouseEvent* e) {

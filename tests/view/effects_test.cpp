@@ -1,12 +1,11 @@
 // Textures, animation, effects and the background, drawn offscreen and read back.
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "gamedata/texture_loader.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
+#include "support/offscreen_fixture.h"
 #include "view/animation.h"
 #include "view/offscreen.h"
 
@@ -48,28 +47,18 @@ ModelData Model(std::vector<SubObject> subs, int textures = 0) {
     return m;
 }
 
-class EffectsTest : public ::testing::Test {
+class EffectsTest : public test::OffscreenViewTest {
   protected:
     static void SetUpTestSuite() {
-        view_ = std::make_unique<OffscreenView>();
-        std::string error;
-        ASSERT_TRUE(view_->Create(kW, kH, error)) << error;
+        MakeView(kW, kH);
         view_->LoadGlow(nullptr, Settings{});
     }
-    static void TearDownTestSuite() { view_.reset(); }
 
     static FrameInput HeadOn(const ModelData& m) {
-        FrameInput in = FittedFrame(m);
-        in.camera.AngleX = in.camera.AngleY = 0.0f;
-        in.display.ViewPoints = false;
-        in.display.Type = ViewType::FlatSolid;
-        return in;
+        return OffscreenViewTest::HeadOn(m, ViewType::FlatSolid);
     }
     static QColor Centre(const QImage& img) { return img.pixelColor(kW / 2, kH / 2); }
-
-    static std::unique_ptr<OffscreenView> view_;
 };
-std::unique_ptr<OffscreenView> EffectsTest::view_;
 
 class SampleTextures : public EffectsTest {
   protected:

@@ -6,6 +6,7 @@
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
+#include "support/offscreen_fixture.h"
 #include "view/offscreen.h"
 
 namespace mw {
@@ -44,32 +45,21 @@ ModelData Quads(const std::vector<Vector3>& offsets, bool curvedNormals = false)
     return m;
 }
 
-class RenderTest : public ::testing::Test {
+class RenderTest : public test::OffscreenViewTest {
   protected:
-    static void SetUpTestSuite() {
-        view_ = std::make_unique<OffscreenView>();
-        std::string error;
-        ASSERT_TRUE(view_->Create(kW, kH, error)) << error;
-    }
-    static void TearDownTestSuite() { view_.reset(); }
+    static void SetUpTestSuite() { MakeView(kW, kH); }
 
     // A head-on frame of a model: camera angles 0, fitted zoom.
     QImage Frame(const ModelData& m, ViewType type,
                  const std::function<void(FrameInput&)>& adjust = {}) {
         view_->Load(m, nullptr, MakeMissingTexture(1));
-        FrameInput in = FittedFrame(m);
-        in.camera.AngleX = in.camera.AngleY = 0.0f;
-        in.display.Type = type;
-        in.display.ViewPoints = false;
+        FrameInput in = HeadOn(m, type);
         if (adjust) adjust(in);
         return view_->Render(m, in);
     }
     static QColor At(const QImage& img, int x, int y) { return img.pixelColor(x, y); }
     static bool Lit(QColor c) { return c.red() + c.green() + c.blue() > 30; }
-
-    static std::unique_ptr<OffscreenView> view_;
 };
-std::unique_ptr<OffscreenView> RenderTest::view_;
 
 TEST_F(RenderTest, TheSampleFillsTheViewAndIsCentred) {
     ModelData m;
