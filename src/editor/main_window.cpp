@@ -1,355 +1,121 @@
 #include "editor/main_window.h"
 
-#include <QActionGroup>
-#include <QApplication>
-#include <QFileDialog>
-#include <QLabel>
-#include <QMenuBar>
-#include <QMessageBox>
-#include <QStatusBar>
-#include <QTimer>
-#include <QToolBar>
-#include <random>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QSplitter>
+#include <QVBoxLayout>
 
-#include "convert/orf_reader.h"
+#include "editor/actions.h"
+#include "editor/dialogs/about_dialog.h"
+#include "editor/dialogs/help_window.h"
+#include "editor/document.h"
+#include "editor/file_commands.h"
+#include "editor/panels/panel_host.h"
+#include "editor/prompts.h"
 #include "editor/viewport.h"
-#include "gamedata/file_names.h"
-#include "model/file_io.h"
-#include "model/geometry.h"
-#include "model/oof_reader.h"
-#include "model/structure.h"
-#include "model/text_codec.h"
-#include "view/background.h"
 
 namespace mw {
-namespace {
 
-constexpr const char* kTitle = "Meshwright";
-
-}  // namespace
-
-frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, QWidget* parent)
+frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& logo,
+               Prompts* prompts, QWidget* parent)
     : QMainWindow(parent),
-      oof_(oof),
-      game_(game),
+      ownPrompts_(prompts == nullptr ? std::make_unique<DialogPrompts>() : nullptr),
+      prompts_(prompts == nullptr ? ownPrompts_.get() : prompts),
+      doc_(std::make_unique<Document>(oof)),
       settings_(settings),
-      display_(DisplaySettings::From(settings)),
-      missing_(MakeMissingTexture(std::random_device{}())) {
+      logo_(logo) {
     setObjectName("frmOOF");
-    setWindowTitle(kTitle);
-    viewport_ = new Viewport(*this, this);
-    setCentralWidget(viewport_);
-    connect(viewport_, &Viewport::contextMenuRequested, this, &frmOOF::ShowContextMenu);
-    status_ = new QLabel(this);
-    statusBar()->addWidget(status_, 1);
-    BuildMenus();
-    // The animation timer: ticks as often as the system allows; motion follows the clock.
-    tmrAnimate_ = new QTimer(this);
-    tmrAnimate_->setInterval(1);
-    connect(tmrAnimate_, &QTimer::timeout, this, [this] { UpdateView(true); });
-    tmrAnimate_->start();
-    SetViewMode(display_.Mode);
-    SetViewType(display_.Type);
-    RefreshStatus();
-    resize(1024, 720);
+    setAccessibleName(kAppTitle);
+
+    auto* central = new QWidget(this);
+    auto* columns = new QSplitter(Qt::Horizontal, central);
+    columns->setObjectName("splitMain");
+    columns->setChildrenCollapsible(false);
+    panels_ = new PanelHost(*doc_, logo_, columns);
+    panels_->setMinimumWidth(260);
+
+    auto* right = new QWidget(columns);
+    auto* rightLayout = new QVBoxLayout(right);
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    viewport_ = new Viewport(*doc_, game, settings, *prompts_, right);
+    rightLayout->addWidget(viewport_, 1);
+    fraAnimation_ = new QGroupBox("Animation Controls", right);
+    fraAnimation_->setObjectName("fraAnimation");
+    fraAnimation_->setAccessibleName("Animation Controls");
+    fraAnimation_->setMinimumHeight(84);
+    auto* stripLayout = new QHBoxLayout(fraAnimation_);
+    stripLayout->setContentsMargins(6, 4, 6, 4);
+    rightLayout->addWidget(fraAnimation_);
+    columns->addWidget(panels_);
+    columns->addWidget(right);
+    columns->setStretchFactor(1, 1);
+    columns->setSizes({300, 700});
+    auto* layout = new QHBoxLayout(central);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addWidget(columns);
+    setCentralWidget(central);
+
+    files_ = new FileCommands(*doc_, game, settings, *prompts_, this);
+    actions_ = new MainActions(*this, *doc_, *viewport_, *files_, settings, game, *prompts_);
+    connect(actions_, &MainActions::helpRequested, this, &frmOOF::ShowHelp);
+    connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
+    actions_->PopulateHOGlist();
+
+    connect(doc_.get(), &Document::fileChanged, this, &frmOOF::UpdateTitle);
+    connect(doc_.get(), &Document::modelReset, this, &frmOOF::UpdateTitle);
+    connect(doc_.get(), &Document::cleanChanged, this, &frmOOF::UpdateTitle);
+    UpdateTitle();
+    resize(1100, 760);
 }
 
-QAction* frmOOF::Toggle(QMenu* menu, const QString& text, bool checked,
-                        bool DisplaySettings::*flag) {
-    QAction* a = menu->addAction(text);
-    a->setCheckable(true);
-    a->setChecked(checked);
-    connect(a, &QAction::toggled, this, [this, flag](bool on) {
-        display_.*flag = on;
-        viewport_->update();
-    });
-    return a;
+frmOOF::~frmOOF() {
+    // The views hold the document; they go first.
+    delete takeCentralWidget();
+    delete actions_;
+    delete files_;
 }
 
-void frmOOF::BuildMenus() {
-    QMenu* file = menuBar()->addMenu("&File");
-    QAction* open = file->addAction("&Open...", this, &frmOOF::OpenFile);
-    open->setShortcut(QKeySequence::Open);
-    file->addSeparator();
-    file->addAction("E&xit", this, &QWidget::close);
-
-    QToolBar* bar = addToolBar("View");
-    bar->setObjectName("tbMain");
-    bar->setMovable(false);
-    bar->addAction(open);
-    bar->addSeparator();
-
-    QMenu* mode = menuBar()->addMenu("&Mode");
-    auto* modes = new QActionGroup(this);
-    const std::pair<ViewMode, const char*> modeItems[] = {{ViewMode::Selection, "Selection"},
-                                                          {ViewMode::Zoom, "Zoom"},
-                                                          {ViewMode::Rotate, "Rotate"},
-                                                          {ViewMode::Pan, "Pan"}};
-    for (const auto& [m, text] : modeItems) {
-        QAction* a = mode->addAction(text);
-        a->setCheckable(true);
-        modes->addAction(a);
-        bar->addAction(a);
-        modeActions_[m] = a;
-        connect(a, &QAction::triggered, this, [this, m = m] { SetViewMode(m); });
+void frmOOF::UpdateTitle() {
+    if (doc_->hasModel()) {
+        setWindowTitle(doc_->ModelTitle() + "[*] - " + kAppTitle);
+    } else {
+        setWindowTitle(kAppTitle);
     }
-    bar->addSeparator();
-
-    QMenu* view = menuBar()->addMenu("&View");
-    auto* types = new QActionGroup(this);
-    const std::pair<ViewType, const char*> typeItems[] = {{ViewType::Wireframe, "Wireframe"},
-                                                          {ViewType::FlatSolid, "Flat Colored"},
-                                                          {ViewType::SmoothSolid, "Smooth Colored"},
-                                                          {ViewType::Textured, "Textured"}};
-    for (const auto& [t, text] : typeItems) {
-        QAction* a = view->addAction(text);
-        a->setCheckable(true);
-        types->addAction(a);
-        bar->addAction(a);
-        typeActions_[t] = a;
-        connect(a, &QAction::triggered, this, [this, t = t] { SetViewType(t); });
-    }
-    view->addSeparator();
-    QAction* threeD = Toggle(view, "3-D Mode", display_.ThreeD, &DisplaySettings::ThreeD);
-    bar->addAction(threeD);
-    bar->addSeparator();
-
-    QMenu* show = menuBar()->addMenu("&Display");
-    bar->addAction(
-        Toggle(show, "Special Points", display_.ViewPoints, &DisplaySettings::ViewPoints));
-    bar->addAction(Toggle(show, "Normals", display_.ViewNormals, &DisplaySettings::ViewNormals));
-
-    // The viewport's pop-up menu: the modes and the view types.
-    popup_ = new QMenu(this);
-    QMenu* popupMode = popup_->addMenu("Mode");
-    for (const auto& [m, text] : modeItems)
-        popupMode->addAction(modeActions_[m]);
-    QMenu* popupView = popup_->addMenu("View");
-    for (const auto& [t, text] : typeItems)
-        popupView->addAction(typeActions_[t]);
-    popupView->addAction(threeD);
-}
-
-void frmOOF::ShowContextMenu(QPoint globalPos) {
-    popup_->popup(globalPos);
-}
-
-void frmOOF::SetViewMode(ViewMode mode) {
-    display_.Mode = mode;
-    if (auto it = modeActions_.find(mode); it != modeActions_.end()) it->second->setChecked(true);
-    viewport_->SetModeCursor(mode);
-    viewport_->update();
-}
-
-void frmOOF::SetViewType(ViewType type) {
-    display_.Type = type;
-    if (auto it = typeActions_.find(type); it != typeActions_.end()) it->second->setChecked(true);
-    viewport_->update();
-}
-
-void frmOOF::SetTextureAnimation(bool on) {
-    settings_.TextureAnimation = on;
-    if (on) return;
-    // Off: every animated texture back to its first frame, every slide back to the start.
-    viewport_->makeCurrent();
-    ApplyTextureChanges(viewport_->renderer(), ResetTextures(textures_.Slots), textures_);
-    viewport_->doneCurrent();
-    clock_.Reset();
-    viewport_->update();
-}
-
-bool frmOOF::UpdateView(bool fromTimer) {
-    const float elapsed = clock_.Tick();
-    bool changed = false;
-    if (settings_.TextureAnimation && selection_.modelReady && !isMinimized() &&
-        display_.Type == ViewType::Textured) {
-        const TextureChanges changes = AdvanceTextures(textures_.Slots, elapsed);
-        if (changes.any()) {
-            viewport_->makeCurrent();
-            ApplyTextureChanges(viewport_->renderer(), changes, textures_);
-            viewport_->doneCurrent();
-            changed = true;
-        }
-    }
-    if (display_.RotatorAnimation && selection_.modelReady) {
-        changed = AdvanceRotators(model(), viewAngles_, elapsed) || changed;
-    }
-    if (isMinimized() || (fromTimer && !changed)) return false;
-    viewport_->update();
-    return true;
-}
-
-void frmOOF::StoreSettings() {
-    settings_.Facing = display_.Facing;
-    settings_.GlowEffects = display_.Glow;
-    settings_.ShowBackground = display_.ShowBackground;
-    settings_.RotatorAnimation = display_.RotatorAnimation;
-    settings_.ViewTrajectories = display_.ViewTrajectories;
-    settings_.ViewMode = static_cast<std::int16_t>(display_.Mode);
-    settings_.View = display_.Type;
-    settings_.ThreeDMode = display_.ThreeD;
-    settings_.ViewPoints = display_.ViewPoints;
-    settings_.ViewNormals = display_.ViewNormals;
-}
-
-void frmOOF::Notice(const QString& text) {
-    QMessageBox::information(this, kTitle, text);
-}
-
-void frmOOF::OpenFile() {
-    const QString path = QFileDialog::getOpenFileName(
-        this, "Open Model", QString(),
-        "Outrage Object Files (*.oof);;Outrage Room Files (*.orf);;All Files (*)");
-    if (!path.isEmpty()) LoadModel(path);
+    setWindowModified(doc_->hasModel() && doc_->isModified());
 }
 
 bool frmOOF::LoadModel(const QString& path) {
-    const std::string file = path.toStdString();
-    const auto bytes = ReadFileBytes(file);
-    if (!bytes) {
-        QMessageBox::warning(this, kTitle, "Cannot open " + path);
-        return false;
-    }
-    selection_ = SelectionState{};
-    ModelData& model = oof_.data();
-    const bool room = ContainsIgnoringCase(file, ".orf");
-    const ResultCode result =
-        room ? importORF(model, *bytes, GameNameTable::WithGam(game_.Gam)) : readOOF(model, *bytes);
-    if (result != ResultCode::Success) {
-        ClearModel(model);
-        QMessageBox::warning(this, kTitle, TranslateError(result));
-        RefreshStatus();
-        viewport_->update();
-        return false;
-    }
-    CreatePushPop(model);
-    modelPath_ = path;
-    setWindowTitle(QString(kTitle) + " - " + QString::fromStdString(FileNameOf(file)));
-    pendingLoad_ = true;
-    if (glReady_) FinishLoad();
-    return true;
+    return files_->OpenPath(path);
 }
 
-void frmOOF::ViewportReady() {
-    glReady_ = true;
-    Renderer& renderer = viewport_->renderer();
-    renderer.ApplyFiltering(settings_.BilinearFiltering);
-    // The glow sprites' texture: the game's, or one made like it.
-    std::optional<DecodedImage> glow = DecodeGameTexture("thrustball", game_, settings_);
-    if (!glow) {
-        Notice("Glow Texture-thrustball.ogf not found. Creating similar texture.");
-        glow = GeneratedGlowImage();
-    }
-    viewport_->makeCurrent();
-    renderer.UploadGlowTexture(glow->Width, glow->Height, glow->Pixels.data());
-    // The background picture, when one is set and can be read.
-    const std::string& picture = settings_.BackgroundImage;
-    if (!picture.empty()) {
-        std::optional<BackgroundImage> image;
-        if (picture.find('.') != std::string::npos && FindFileIgnoringCase(picture)) {
-            image = LoadBackgroundPicture(picture);
-            if (!image) Notice(QString::fromStdString("Error reading " + FileNameOf(picture)));
-        }
-        if (image) {
-            viewport_->makeCurrent();
-            renderer.UploadBackground(&*image);
-        } else {
-            settings_.BackgroundImage.clear();
-        }
-    }
-    if (pendingLoad_) FinishLoad();
-}
-
-// The GL half of a load: textures, display lists, camera.
-void frmOOF::FinishLoad() {
-    pendingLoad_ = false;
-    ModelData& model = oof_.data();
-    viewport_->makeCurrent();
-    LoadModelTextures(model, modelPath_.toStdString(), game_, settings_, missing_,
-                      viewport_->renderer(), textures_);
-    viewport_->renderer().BuildSubObjectLists(model, textures_.Slots);
-    viewport_->doneCurrent();
-    viewAngles_.assign(model.SubObjects.size(), 0.0f);
-    selection_.modelReady = true;
-    viewport_->FitView();
-    RefreshStatus();
-}
-
-void frmOOF::StructureChanged() {
-    ModelData& model = oof_.data();
-    selection_.modelReady = false;
-    CreatePushPop(model);
-    viewport_->makeCurrent();
-    viewport_->renderer().BuildSubObjectLists(model, textures_.Slots);
-    viewport_->doneCurrent();
-    selection_.modelReady = true;
-}
-
-void frmOOF::SelectSubObject(int s) {
-    selection_.hiliteSOBJ2 = -1;
-    selection_.curSOBJ = s;
-    selection_.hiliteSOBJ = s;
-    selection_.curPNT = -1;
-    selection_.curPNTtype.clear();
-    RefreshStatus();
-    viewport_->update();
-}
-
-void frmOOF::HoverSubObject(int s) {
-    selection_.hiliteSOBJ2 = s == selection_.hiliteSOBJ ? -1 : s;
-    viewport_->update();
-}
-
-void frmOOF::DropSubObject(bool dragging, bool shift) {
-    const int source = selection_.hiliteSOBJ;
-    const int target = selection_.hiliteSOBJ2;
-    if (!selection_.modelReady || source == -1) return;
-    ModelData& model = oof_.data();
-    if (target == -1) {
-        if (!shift && dragging && model.Sub(source).Parent != -1) {
-            ChangeSOBJParent(model, source, -1);
-            StructureChanged();
-        }
-        SelectSubObject(source);
+void frmOOF::ShowHelp() {
+    const QString index = FindHelpIndex(programDir_);
+    if (index.isEmpty()) {
+        prompts_->Message(this, MissingHelpMessage(), PromptIcon::Exclamation);
         return;
     }
-    if (IsInSubtree(model, source, target)) {
-        QMessageBox::information(this, kTitle,
-                                 shift ? "You can not combine a Parent Sub-Object to it's childen"
-                                       : "You can not make a Sub-Object a child of its children");
-        SelectSubObject(source);
-        return;
-    }
-    if (shift) {
-        CombineAndAdopt(model, source, target);
-    } else {
-        ChangeSOBJParent(model, source, target);
-    }
-    StructureChanged();
-    SelectSubObject(shift ? target : source);
+    if (help_ == nullptr) help_ = new HelpWindow(index, this);
+    help_->show();
+    help_->raise();
 }
 
-void frmOOF::RefreshStatus() {
-    const ModelData& m = model();
-    if (!selection_.modelReady) {
-        status_->setText("No model");
+void frmOOF::ShowAbout() {
+    frmAbout about(logo_, this);
+    about.exec();
+}
+
+void frmOOF::StoreSettings() {
+    viewport_->StoreSettings();
+}
+
+void frmOOF::closeEvent(QCloseEvent* e) {
+    if (!files_->MaybeSave()) {
+        e->ignore();
         return;
     }
-    int faces = 0;
-    for (int k = 0; k < m.SubObjectCount(); ++k) {
-        for (int e : m.MergeTable[static_cast<std::size_t>(k)])
-            faces += m.Sub(e).FaceCount();
-    }
-    QString text = QString("%1 sub-objects, %2 faces, %3 textures, radius %4")
-                       .arg(m.SubObjectCount())
-                       .arg(faces)
-                       .arg(m.Textures.size())
-                       .arg(static_cast<double>(m.Header.Radius), 0, 'f', 2);
-    if (selection_.curSOBJ >= 0) {
-        text +=
-            "   Selected: " + QString::fromStdString(Utf8From1252(m.Sub(selection_.curSOBJ).Name));
-    }
-    status_->setText(text);
+    if (help_ != nullptr) help_->close();
+    e->accept();
 }
 
 }  // namespace mw

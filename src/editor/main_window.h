@@ -1,92 +1,73 @@
-// The main window: hosts the viewport, loads models, keeps the selection state that the
-// renderer reads, and carries the menus and tool bar of the view.
+// frmOOF, the main window: lays out the left column (tree, tabs, panels), the viewport and
+// the animation strip, owns the document, the menus and the file commands, and keeps its
+// title in line with the model's file and unsaved changes.
 #pragma once
 
 #include <QMainWindow>
-#include <map>
-#include <string>
+#include <QPixmap>
+#include <memory>
 
+#include "gamedata/settings.h"
 #include "gamedata/texture_loader.h"
 #include "model/oof.h"
-#include "view/animation.h"
-#include "view/view_state.h"
 
-class QAction;
-class QActionGroup;
-class QLabel;
-class QMenu;
-class QTimer;
+class QGroupBox;
 
 namespace mw {
 
+class Document;
+class FileCommands;
+class MainActions;
+class PanelHost;
+class Prompts;
 class Viewport;
 
 class frmOOF : public QMainWindow {
     Q_OBJECT
   public:
-    frmOOF(clsOOF& oof, GameData& game, Settings& settings, QWidget* parent = nullptr);
+    // `prompts` answers the window's questions (Qt's dialogs when null).
+    frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& logo = {},
+           Prompts* prompts = nullptr, QWidget* parent = nullptr);
+    ~frmOOF() override;
 
-    // Reads a model (OOF, or ORF by its ending) and shows it; a failure shows the reader's
-    // message. Returns true when the model was loaded.
+    Document& document() { return *doc_; }
+    Viewport& viewport() { return *viewport_; }
+    PanelHost& panels() { return *panels_; }
+    MainActions& actions() { return *actions_; }
+    FileCommands& files() { return *files_; }
+    Prompts& prompts() { return *prompts_; }
+    QGroupBox& animationStrip() { return *fraAnimation_; }
+
+    // Opens a file as the Open command does with that file chosen.
     bool LoadModel(const QString& path);
 
-    const ModelData& model() const { return oof_.data(); }
-    const DisplaySettings& display() const { return display_; }
-    const SelectionState& selection() const { return selection_; }
-    float curFrame() const { return curFrame_; }
-    Viewport& viewport() { return *viewport_; }
-    const LoadedTextures& textures() const { return textures_; }
+    void ShowHelp();
+    void ShowAbout();
 
-    // The selection handlers the viewport calls.
-    void SelectSubObject(int s);
-    void HoverSubObject(int s);
-    void DropSubObject(bool dragging, bool shift);
-
-    void SetViewMode(ViewMode mode);
-    void SetViewType(ViewType type);
+    // Where the program lives (for the manual).
+    void SetProgramDir(const QString& dir) { programDir_ = dir; }
 
     // Writes the view options back into the settings.
     void StoreSettings();
 
-    void Notice(const QString& text);
-    void ViewportReady();
-
-    // The update routine: advances the clock, the texture animation and the rotators, and
-    // redraws when something changed (always when not called from the timer). Returns true
-    // when a frame was drawn.
-    bool UpdateView(bool fromTimer);
-    const std::vector<float>& viewAngles() const { return viewAngles_; }
-    void SetTextureAnimation(bool on);
+  protected:
+    void closeEvent(QCloseEvent* e) override;
 
   private:
-    void BuildMenus();
-    QAction* Toggle(QMenu* menu, const QString& text, bool checked, bool DisplaySettings::*flag);
-    void OpenFile();
-    void FinishLoad();
-    void RefreshStatus();
-    void ShowContextMenu(QPoint globalPos);
-    void StructureChanged();
+    void UpdateTitle();
 
-    clsOOF& oof_;
-    GameData& game_;
+    std::unique_ptr<Prompts> ownPrompts_;
+    Prompts* prompts_;
+    std::unique_ptr<Document> doc_;
     Settings& settings_;
-    DisplaySettings display_;
-    SelectionState selection_;
-    float curFrame_ = 0.0f;
+    QPixmap logo_;
+    QString programDir_;
     Viewport* viewport_ = nullptr;
-    LoadedTextures textures_;
-    std::vector<std::uint32_t> missing_;
-    QString modelPath_;
-    bool pendingLoad_ = false;
-    bool glReady_ = false;
-
-    std::map<ViewMode, QAction*> modeActions_;
-    std::map<ViewType, QAction*> typeActions_;
-    QMenu* popup_ = nullptr;
-    QTimer* tmrAnimate_ = nullptr;
-    FrameClock clock_;
-    std::vector<float> viewAngles_;
-    QLabel* status_ = nullptr;
+    PanelHost* panels_ = nullptr;
+    QGroupBox* fraAnimation_ = nullptr;
+    FileCommands* files_ = nullptr;
+    MainActions* actions_ = nullptr;
+    QWidget* help_ = nullptr;
 };
 
 }  // namespace mw

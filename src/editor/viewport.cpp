@@ -4,9 +4,16 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QTimer>
 #include <cmath>
+#include <random>
 
-#include "editor/main_window.h"
+#include "editor/document.h"
+#include "editor/edit_commands.h"
+#include "editor/prompts.h"
+#include "gamedata/file_names.h"
+#include "model/structure.h"
+#include "view/background.h"
 #include "view/gl.h"
 
 namespace mw {
@@ -26,9 +33,27 @@ bool WrapToOtherEdge(int& coord, int low, int high) {
 
 }  // namespace
 
-Viewport::Viewport(frmOOF& window, QWidget* parent) : QOpenGLWidget(parent), window_(window) {
+Viewport::Viewport(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
+                   QWidget* parent)
+    : QOpenGLWidget(parent),
+      doc_(doc),
+      game_(game),
+      settings_(settings),
+      prompts_(prompts),
+      display_(DisplaySettings::From(settings)),
+      missing_(MakeMissingTexture(std::random_device{}())) {
+    setObjectName("picMain");
+    setAccessibleName("Viewport");
     setMouseTracking(true);
     setMinimumSize(200, 150);
+    // The animation timer: ticks as often as the system allows; motion follows the clock.
+    tmrAnimate_ = new QTimer(this);
+    tmrAnimate_->setObjectName("tmrAnimate");
+    tmrAnimate_->setInterval(1);
+    connect(tmrAnimate_, &QTimer::timeout, this, [this] { UpdateView(true); });
+    tmrAnimate_->start();
+    connectSignals();
+    SetViewMode(display_.Mode);
 }
 
 Viewport::~Viewport() {
@@ -39,27 +64,125 @@ Viewport::~Viewport() {
     }
 }
 
-void Viewport::initializeGL() {
-    if (!renderer_.InitGLState()) window_.Notice("Failure creating Fonts");
-    glReady_ = true;
-    window_.ViewportReady();
+void Viewport::connectSignals() {
+    auto redraw = [this] { update(); };
+    connect(&doc_, &Document::modelReset, this, [this] {
+        pendingLoad_ = true;
+        if (glReady_) LoadModelGL();
+        update();
+    });
+    connect(&doc_, &Document::structureChanged, this, [this] {
+        RebuildLists();
+        FollowRadius();
+    });
+    connect(&doc_, &Document::geometryChanged, this, [this] {
+        RebuildLists();
+        FollowRadius();
+    });
+    connect(&doc_, &Document::modelValuesChanged, this, [this] { FollowRadius(); });
+    for (auto signal :
+         {&Document::pointsChanged, &Document::batteriesChanged, &Document::highlightChanged,
+          &Document::selectionChanged, &Document::frameChanged, &Document::modelValuesChanged}) {
+        connect(&doc_, signal, this, redraw);
+    }
+    connect(&doc_, &Document::subObjectChanged, this, redraw);
+    connect(&doc_, &Document::keysChanged, this, redraw);
 }
 
-void Viewport::resizeGL(int, int) {}
+void Viewport::initializeGL() {
+    if (!renderer_.InitGLState())
+        prompts_.Message(this, "Failure creating Fonts", PromptIcon::None);
+    glReady_ = true;
+    if (effectsWanted_) LoadEffects();
+    if (pendingLoad_) LoadModelGL();
+}
+
+void Viewport::LoadEffects() {
+    effectsWanted_ = !glReady_;
+    if (!glReady_) return;
+    renderer_.ApplyFiltering(settings_.BilinearFiltering);
+    std::optional<DecodedImage> glow = DecodeGameTexture("thrustball", game_, settings_);
+    if (!glow) {
+        prompts_.Message(this, "Glow Texture-thrustball.ogf not found. Creating similar texture.",
+                         PromptIcon::None);
+        glow = GeneratedGlowImage();
+    }
+    makeCurrent();
+    renderer_.UploadGlowTexture(glow->Width, glow->Height, glow->Pixels.data());
+    const std::string& picture = settings_.BackgroundImage;
+    if (picture.empty()) {
+        emit viewChanged();
+        return;
+    }
+    std::optional<BackgroundImage> image;
+    if (picture.find('.') != std::string::npos && FindFileIgnoringCase(picture)) {
+        image = LoadBackgroundPicture(picture);
+        if (!image) {
+            prompts_.Message(this, QString::fromStdString("Error reading " + FileNameOf(picture)),
+                             PromptIcon::None);
+        }
+    }
+    if (image) {
+        makeCurrent();
+        renderer_.UploadBackground(&*image);
+    } else {
+        settings_.BackgroundImage.clear();
+    }
+    emit viewChanged();
+}
+
+// The GL half of a load: textures, display lists, camera.
+void Viewport::LoadModelGL() {
+    pendingLoad_ = false;
+    ModelData& model = doc_.model();
+    makeCurrent();
+    LoadModelTextures(model, doc_.ModelPath().toStdString(), game_, settings_, missing_, renderer_,
+                      textures_);
+    renderer_.BuildSubObjectLists(model, textures_.Slots);
+    doneCurrent();
+    viewAngles_.assign(model.SubObjects.size(), 0.0f);
+    FitView();
+}
+
+void Viewport::ReloadTextures() {
+    if (!glReady_) return;
+    makeCurrent();
+    LoadModelTextures(doc_.model(), doc_.ModelTitle().toStdString(), game_, settings_, missing_,
+                      renderer_, textures_);
+    renderer_.BuildSubObjectLists(doc_.model(), textures_.Slots);
+    doneCurrent();
+    update();
+}
+
+void Viewport::RebuildLists() {
+    if (glReady_) {
+        makeCurrent();
+        renderer_.BuildSubObjectLists(doc_.model(), textures_.Slots);
+        doneCurrent();
+    }
+    viewAngles_.resize(doc_.model().SubObjects.size(), 0.0f);
+    update();
+}
+
+// A change of the model's radius refits the camera and the clip planes.
+void Viewport::FollowRadius() {
+    if (doc_.model().Header.Radius != fittedRadius_) FitView();
+    update();
+}
 
 FrameInput Viewport::Input() const {
     FrameInput in;
     in.camera = camera_;
-    in.display = window_.display();
-    in.selection = window_.selection();
-    in.curFrame = window_.curFrame();
-    in.viewAngles = window_.viewAngles();
+    in.display = display_;
+    in.selection = doc_.selection();
+    in.curFrame = doc_.animation().curFrame;
+    in.viewAngles = viewAngles_;
     return in;
 }
 
 void Viewport::paintGL() {
     const qreal ratio = devicePixelRatioF();
-    const ModelData& model = window_.model();
+    const ModelData& model = doc_.model();
     renderer_.ResizeViewport(static_cast<int>(std::lround(width() * ratio)),
                              static_cast<int>(std::lround(height() * ratio)),
                              ProjectionPlanes(camera_.Zoom, model.Header.Radius));
@@ -76,19 +199,21 @@ int Viewport::PickAt(int x, int y) {
     in.mouseY = static_cast<int>(std::lround(y * ratio));
     renderer_.ResizeViewport(static_cast<int>(std::lround(width() * ratio)),
                              static_cast<int>(std::lround(height() * ratio)),
-                             ProjectionPlanes(camera_.Zoom, window_.model().Header.Radius));
-    renderer_.RenderFrame(window_.model(), in);
+                             ProjectionPlanes(camera_.Zoom, doc_.model().Header.Radius));
+    renderer_.RenderFrame(doc_.model(), in);
     doneCurrent();
     update();
     return renderer_.PickedSubObject();
 }
 
 void Viewport::FitView() {
-    camera_.FitView(window_.model().Header.Radius);
+    fittedRadius_ = doc_.model().Header.Radius;
+    camera_.FitView(fittedRadius_);
     update();
 }
 
-void Viewport::SetModeCursor(ViewMode mode) {
+void Viewport::SetViewMode(ViewMode mode) {
+    display_.Mode = mode;
     switch (mode) {
         case ViewMode::Selection:
             setCursor(Qt::ArrowCursor);
@@ -103,6 +228,93 @@ void Viewport::SetModeCursor(ViewMode mode) {
             setCursor(Qt::SizeAllCursor);
             break;
     }
+    emit viewChanged();
+    update();
+}
+
+void Viewport::SetViewType(ViewType type) {
+    display_.Type = type;
+    emit viewChanged();
+    update();
+}
+
+void Viewport::SetTextureAnimation(bool on) {
+    settings_.TextureAnimation = on;
+    if (on || !glReady_) return;
+    // Off: every animated texture back to its first frame, every slide back to the start.
+    makeCurrent();
+    ApplyTextureChanges(renderer_, ResetTextures(textures_.Slots), textures_);
+    doneCurrent();
+    clock_.Reset();
+    update();
+}
+
+bool Viewport::UpdateView(bool fromTimer) {
+    const float elapsed = clock_.Tick();
+    const bool ready = doc_.modelReady() && glReady_;
+    const bool minimized = window() != nullptr && window()->isMinimized();
+    bool changed = false;
+    if (settings_.TextureAnimation && ready && !minimized && display_.Type == ViewType::Textured) {
+        const TextureChanges changes = AdvanceTextures(textures_.Slots, elapsed);
+        if (changes.any()) {
+            makeCurrent();
+            ApplyTextureChanges(renderer_, changes, textures_);
+            doneCurrent();
+            changed = true;
+        }
+    }
+    if (display_.RotatorAnimation && ready) {
+        changed = AdvanceRotators(doc_.model(), viewAngles_, elapsed) || changed;
+    }
+    if (minimized || (fromTimer && !changed)) return false;
+    update();
+    return true;
+}
+
+void Viewport::StoreSettings() {
+    settings_.Facing = display_.Facing;
+    settings_.GlowEffects = display_.Glow;
+    settings_.ShowBackground = display_.ShowBackground;
+    settings_.RotatorAnimation = display_.RotatorAnimation;
+    settings_.ViewTrajectories = display_.ViewTrajectories;
+    settings_.ViewMode = static_cast<std::int16_t>(display_.Mode);
+    settings_.View = display_.Type;
+    settings_.ThreeDMode = display_.ThreeD;
+    settings_.ViewPoints = display_.ViewPoints;
+    settings_.ViewNormals = display_.ViewNormals;
+}
+
+void Viewport::HoverSubObject(int s) {
+    const SelectionState& sel = doc_.selection();
+    doc_.SetHighlights(sel.hiliteSOBJ, s == sel.hiliteSOBJ ? -1 : s);
+}
+
+void Viewport::DropSubObject(bool dragging, bool shift) {
+    const int source = doc_.selection().hiliteSOBJ;
+    const int target = doc_.selection().hiliteSOBJ2;
+    if (!doc_.modelReady() || source == -1) return;
+    const ModelData& model = doc_.model();
+    if (target == -1) {
+        if (!shift && dragging && model.Sub(source).Parent != -1) {
+            doc_.Apply(MakeReparentCommand(doc_, source, -1));
+        }
+        doc_.SelectSubObject(source);
+        return;
+    }
+    if (IsInSubtree(model, source, target)) {
+        prompts_.Message(this,
+                         shift ? "You can not combine a Parent Sub-Object to it's childen"
+                               : "You can not make a Sub-Object a child of its children",
+                         PromptIcon::Information);
+        doc_.SelectSubObject(source);
+        return;
+    }
+    if (shift) {
+        doc_.Apply(MakeCombineCommand(doc_, source, target));
+    } else {
+        doc_.Apply(MakeReparentCommand(doc_, source, target));
+    }
+    doc_.SelectSubObject(shift ? target : source);
 }
 
 void Viewport::mousePressEvent(QMouseEvent* e) {
@@ -115,9 +327,9 @@ void Viewport::mousePressEvent(QMouseEvent* e) {
         emit contextMenuRequested(e->globalPosition().toPoint());
         return;
     }
-    if (e->button() == Qt::LeftButton && window_.display().Mode == ViewMode::Selection &&
-        window_.selection().modelReady) {
-        window_.SelectSubObject(PickAt(static_cast<int>(x), static_cast<int>(y)));
+    if (e->button() == Qt::LeftButton && display_.Mode == ViewMode::Selection &&
+        doc_.modelReady()) {
+        doc_.SelectSubObject(PickAt(static_cast<int>(x), static_cast<int>(y)));
     }
 }
 
@@ -138,11 +350,11 @@ void Viewport::mouseMoveEvent(QMouseEvent* e) {
     const float y = static_cast<float>(std::lround(e->position().y()));
     if (e->buttons() == Qt::NoButton) button_ = Qt::NoButton;
     if (button_ != Qt::LeftButton) return;
-    const ViewMode mode = window_.display().Mode;
+    const ViewMode mode = display_.Mode;
     if (mode == ViewMode::Selection) {
-        if (!window_.selection().modelReady || window_.selection().curSOBJ == -1) return;
+        if (!doc_.modelReady() || doc_.selection().curSOBJ == -1) return;
         dragging_ = true;
-        window_.HoverSubObject(PickAt(static_cast<int>(x), static_cast<int>(y)));
+        HoverSubObject(PickAt(static_cast<int>(x), static_cast<int>(y)));
         return;
     }
     // The first move after a wrap continues from where the cursor came back in.
@@ -154,14 +366,14 @@ void Viewport::mouseMoveEvent(QMouseEvent* e) {
         camera_.ReanchorY(y);
         reanchorY_ = false;
     }
-    camera_.Drag(mode, x, y, window_.model().Header.Radius);
+    camera_.Drag(mode, x, y, doc_.model().Header.Radius);
     WrapCursor(mode != ViewMode::Zoom, true);
     update();
 }
 
 void Viewport::mouseReleaseEvent(QMouseEvent* e) {
     if (button_ == Qt::LeftButton) {
-        window_.DropSubObject(dragging_, (e->modifiers() & Qt::ShiftModifier) != 0);
+        DropSubObject(dragging_, (e->modifiers() & Qt::ShiftModifier) != 0);
     }
     button_ = Qt::NoButton;
     dragging_ = false;

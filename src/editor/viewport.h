@@ -1,54 +1,100 @@
 // The main viewport: the renderer in a QOpenGLWidget, steered with the mouse in the four
-// modes (Selection, Zoom, Rotate, Pan), with picking and dragging of sub-objects.
+// modes (Selection, Zoom, Rotate, Pan), with picking and dragging of sub-objects. It owns the
+// view state (camera, display settings, the model's textures, rotator angles) and follows
+// the document: a new model loads its textures and lists, an edit rebuilds what it changed.
 #pragma once
 
 #include <QOpenGLWidget>
-#include <functional>
+#include <vector>
 
+#include "gamedata/texture_loader.h"
+#include "view/animation.h"
 #include "view/renderer.h"
+
+class QTimer;
 
 namespace mw {
 
-class frmOOF;
+class Document;
+class Prompts;
 
 class Viewport : public QOpenGLWidget {
     Q_OBJECT
   public:
-    explicit Viewport(frmOOF& window, QWidget* parent = nullptr);
+    Viewport(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
+             QWidget* parent = nullptr);
     ~Viewport() override;
 
     Renderer& renderer() { return renderer_; }
     Camera& camera() { return camera_; }
+    DisplaySettings& display() { return display_; }
+    const LoadedTextures& textures() const { return textures_; }
+    const std::vector<float>& viewAngles() const { return viewAngles_; }
+    bool glReady() const { return glReady_; }
 
     // Fits the camera to the model and redraws.
     void FitView();
     // Draws one frame with picking at a pixel and returns the sub-object there, or -1.
     int PickAt(int x, int y);
-    // Sets the cursor of a mouse mode.
-    void SetModeCursor(ViewMode mode);
+    void SetViewMode(ViewMode mode);
+    void SetViewType(ViewType type);
+    void SetTextureAnimation(bool on);
+    // Resolves and uploads the model's textures again (after the game data changed).
+    void ReloadTextures();
+    // Loads the glow sprites' texture and the background picture (once the game data has
+    // been read); waits for the OpenGL context when it is not there yet.
+    void LoadEffects();
+
+    // The update routine: advances the clock, the texture animation and the rotators, and
+    // redraws when something changed (always when not called from the timer). Returns true
+    // when a frame was drawn.
+    bool UpdateView(bool fromTimer);
+
+    // Selection-mode mouse handling, as the mouse events drive it.
+    void HoverSubObject(int s);
+    void DropSubObject(bool dragging, bool shift);
+
+    // Writes the view options back into the settings.
+    void StoreSettings();
 
   signals:
     void contextMenuRequested(QPoint globalPos);
+    void viewChanged();  // mode or view type
 
   protected:
     void initializeGL() override;
-    void resizeGL(int w, int h) override;
     void paintGL() override;
     void mousePressEvent(QMouseEvent* e) override;
     void mouseMoveEvent(QMouseEvent* e) override;
     void mouseReleaseEvent(QMouseEvent* e) override;
 
   private:
+    void connectSignals();
+    void LoadModelGL();
+    void RebuildLists();
+    void FollowRadius();
     FrameInput Input() const;
     void WrapCursor(bool horizontal, bool vertical);
 
-    frmOOF& window_;
+    Document& doc_;
+    GameData& game_;
+    Settings& settings_;
+    Prompts& prompts_;
     Renderer renderer_;
     Camera camera_;
+    DisplaySettings display_;
+    LoadedTextures textures_;
+    std::vector<std::uint32_t> missing_;
+    std::vector<float> viewAngles_;
+    FrameClock clock_;
+    QTimer* tmrAnimate_ = nullptr;
+    float fittedRadius_ = 0.0f;
     Qt::MouseButton button_ = Qt::NoButton;
     bool dragging_ = false;
     bool reanchorX_ = false, reanchorY_ = false;
     bool glReady_ = false;
+    bool pendingLoad_ = false;
+    bool effectsWanted_ = false;
 };
 
 }  // namespace mw

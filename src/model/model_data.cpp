@@ -96,8 +96,7 @@ void RebuildSaveOrder(ModelData& model) {
 
 const std::string& WriterInfo() {
     static const std::string text =
-        std::string("Meshwright v") + kVersionText +
-        "\nWritten by Meshwright, the open model editor for Descent 3.\n";
+        "\n" + VersionText() + "\nWritten by Meshwright, the open model editor for Descent 3.\n";
     return text;
 }
 

@@ -185,3 +185,57 @@ bool ChangeSOBJParent(ModelData& model, int s, int p) {
 }
 
 }  // namespace mw
+
+namespace mw {
+namespace {
+
+bool HasRoom(const ModelData& model, PointType type) {
+    return static_cast<int>(model.Points(type).size()) < PointLimit(type);
+}
+
+}  // namespace
+
+bool HasTreeChildren(const ModelData& model, int s) {
+    for (int slot = 0; slot < model.SubObjectCount(); ++slot) {
+        if (model.Sub(model.Head(slot)).Parent == s) return true;
+    }
+    for (PointType t : kPointTypes) {
+        for (const ModelPoint& p : model.Points(t)) {
+            if (p.Parent == s) return true;
+        }
+    }
+    return false;
+}
+
+int ConvertSOBJToPNT(ModelData& model, int s, PointType type) {
+    if (GetArrayIndex(model, s) < 0 || !HasRoom(model, type)) return -1;
+    const SubObject& sub = model.Sub(s);
+    if (sub.Parent == -1 || HasTreeChildren(model, s)) return -1;
+    ModelPoint point;
+    point.Parent = sub.Parent;
+    point.Position = Add(sub.Offset, Midpoint(sub.BoxMin, sub.BoxMax));
+    if (!sub.Faces.empty()) point.Normal = Normalize(sub.Faces.front().Normal);
+    auto& list = model.Points(type);
+    list.push_back(point);
+    DeleteSOBJ(model, s);
+    CreatePushPop(model);
+    return static_cast<int>(list.size()) - 1;
+}
+
+int ConvertPNTType(ModelData& model, PointType from, int i, PointType to) {
+    if (from == to || !HasRoom(model, to)) return -1;
+    const auto& source = model.Points(from);
+    if (i < 0 || i >= static_cast<int>(source.size())) return -1;
+    const ModelPoint copy = source[static_cast<std::size_t>(i)];
+    DeletePNT(model, from, i);
+    auto& list = model.Points(to);
+    list.push_back(copy);
+    return static_cast<int>(list.size()) - 1;
+}
+
+int SelectionAfterDelete(const ModelData& model, int s) {
+    const int k = GetArrayIndex(model, s);
+    return k > 0 ? model.Head(k - 1) : -1;
+}
+
+}  // namespace mw

@@ -44,3 +44,26 @@ bool ChangeSOBJParent(ModelData& model, int s, int p);
 bool IsInSubtree(const ModelData& model, int s, int d);
 
 }  // namespace mw
+
+namespace mw {
+
+// "Convert to": turns childless sub-object s (one with a parent) into a point of `type`
+// owned by its parent, at the centre of its box in the parent's frame, pointing along its
+// first face's normal (made unit length). Returns the new point's index, or -1 (nothing
+// changed) when s cannot be converted or the list is full.
+int ConvertSOBJToPNT(ModelData& model, int s, PointType type);
+
+// Moves point i of `from` to the end of the list of `to`. Returns its new index, or -1
+// (nothing changed) when the types are equal, i is out of range or the list is full.
+int ConvertPNTType(ModelData& model, PointType from, int i, PointType to);
+
+// The sub-object whose slot comes just before s's (its head), or -1 when s is in the first
+// slot: what the tree selects after s is deleted.
+int SelectionAfterDelete(const ModelData& model, int s);
+
+}  // namespace mw
+
+namespace mw {
+// True when sub-object s has child sub-objects or owns points (its tree node has children).
+bool HasTreeChildren(const ModelData& model, int s);
+}  // namespace mw

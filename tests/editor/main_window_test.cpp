@@ -1,14 +1,34 @@
 // The editor window on the sample model, under a real (virtual) X display.
+#include "editor/main_window.h"
+
 #include <gtest/gtest.h>
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
+#include <QTabBar>
 #include <QTest>
+#include <QToolBar>
+#include <QTreeWidget>
 #include <cstdlib>
 
-#include "editor/main_window.h"
+#include "editor/actions.h"
+#include "editor/document.h"
+#include "editor/edit_commands.h"
+#include "editor/file_commands.h"
+#include "editor/panels/panel_host.h"
+#include "editor/recent_files.h"
 #include "editor/viewport.h"
+#include "support/sample_document.h"
+#include "support/scripted_prompts.h"
 
 namespace mw {
 namespace {
+
+const char* const kShip = MW_SOURCE_DIR "/samples/ship.oof";
 
 class EditorTest : public ::testing::Test {
   protected:
@@ -17,11 +37,16 @@ class EditorTest : public ::testing::Test {
         DeriveArchivePaths(settings_);
         game_.Hog.ReadHOGs(settings_, nullptr);
         game_.Gam.ReadGAMs(game_.Hog, settings_, nullptr, nullptr);
-        window_ = std::make_unique<frmOOF>(oof_, game_, settings_);
-        window_->resize(900, 640);
+        window_ = std::make_unique<frmOOF>(oof_, game_, settings_, QPixmap(), &prompts_);
+        window_->resize(1000, 700);
         window_->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+        window_->viewport().LoadEffects();
     }
+
+    Document& doc() { return window_->document(); }
+    QAction* Action(const char* name) { return window_->actions().action(name); }
+    void OpenEditMenu() { emit window_->actions().menu("mnuEdit")->aboutToShow(); }
 
     QImage ViewportImage() {
         QApplication::processEvents();
@@ -31,61 +56,314 @@ class EditorTest : public ::testing::Test {
     Settings settings_;
     GameData game_;
     clsOOF oof_;
+    test::ScriptedPrompts prompts_;
     std::unique_ptr<frmOOF> window_;
 };
 
 TEST_F(EditorTest, OpensTheSampleTexturedAndPicksItsParts) {
-    ASSERT_TRUE(window_->LoadModel(MW_SOURCE_DIR "/samples/ship.oof"));
+    ASSERT_TRUE(window_->LoadModel(kShip));
     QTest::qWait(50);
-    EXPECT_TRUE(window_->selection().modelReady);
-    for (const auto& r : window_->textures().Resolved)
+    EXPECT_TRUE(doc().modelReady());
+    for (const auto& r : window_->viewport().textures().Resolved)
         EXPECT_TRUE(r.Decoded);
 
-    // Find a pixel of the hull by picking over a grid; a corner picks nothing.
+    // Find a grey pixel of the hull (its texture) by picking over a grid; a corner picks
+    // nothing.
     Viewport& view = window_->viewport();
-    QApplication::processEvents();
+    const QImage image = ViewportImage();
     EXPECT_EQ(view.PickAt(3, 3), -1);
     int hx = -1, hy = -1;
     for (int y = view.height() / 4; y < view.height() * 3 / 4 && hx < 0; y += 12) {
         for (int x = view.width() / 4; x < view.width() * 3 / 4 && hx < 0; x += 12) {
-            if (view.PickAt(x, y) == 0 && view.PickAt(x + 3, y + 3) == 0) hx = x, hy = y;
+            const QColor c = image.pixelColor(x + 1, y + 1);
+            const bool grey = c.red() + c.green() + c.blue() > 60 &&
+                              std::abs(c.red() - c.blue()) < 40 &&
+                              std::abs(c.red() - c.green()) < 40;
+            if (grey && view.PickAt(x, y) == 0 && view.PickAt(x + 3, y + 3) == 0) hx = x, hy = y;
         }
     }
-    ASSERT_GE(hx, 0) << "no pixel of the hull found";
-    const QColor plain = ViewportImage().pixelColor(hx + 1, hy + 1);
-    EXPECT_GT(plain.red() + plain.green() + plain.blue(), 60);
-    EXPECT_LT(std::abs(plain.red() - plain.blue()), 40);  // the grey hull texture
+    ASSERT_GE(hx, 0) << "no grey pixel of the hull found";
 
-    window_->SelectSubObject(0);
-    EXPECT_EQ(window_->selection().hiliteSOBJ, 0);
+    doc().SelectSubObject(0);
+    EXPECT_EQ(doc().selection().hiliteSOBJ, 0);
     const QColor highlighted = ViewportImage().pixelColor(hx + 1, hy + 1);
     EXPECT_GT(highlighted.red(), highlighted.green() + 20);  // LightMagenta, untextured
     EXPECT_GT(highlighted.blue(), highlighted.green() + 20);
+}
 
-    // The screenshot for the documentation, when asked for.
-    window_->SelectSubObject(3);
-    window_->SetViewMode(ViewMode::Rotate);
-    if (const char* path = std::getenv("MW_SCREENSHOT")) {
-        // The window with the viewport's frame as the screen shows it (opaque).
-        QImage shot = window_->grab().toImage();
-        QPainter painter(&shot);
-        painter.drawImage(view.mapTo(window_.get(), QPoint(0, 0)),
-                          ViewportImage().convertToFormat(QImage::Format_RGB32));
-        painter.end();
-        shot.save(path);
+TEST_F(EditorTest, ADropInTheViewportIsOneUndoableStep) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    const auto before = test::SavedBytes(doc().model());
+    const int lists = window_->viewport().renderer().ListBuilds();
+    doc().SelectSubObject(4);  // the radar, a child of the turret (3)
+    window_->viewport().HoverSubObject(3);
+    window_->viewport().DropSubObject(true, false);  // onto its own parent: nothing to do
+    EXPECT_EQ(doc().undoStack().count(), 0);
+
+    doc().SelectSubObject(3);
+    window_->viewport().HoverSubObject(4);
+    window_->viewport().DropSubObject(true, false);  // onto its own child: refused
+    ASSERT_EQ(prompts_.messages.size(), 1u);
+    EXPECT_EQ(prompts_.messages[0].text, "You can not make a Sub-Object a child of its children");
+
+    doc().SelectSubObject(4);
+    window_->viewport().HoverSubObject(1);  // over the left wing
+    window_->viewport().DropSubObject(true, false);
+    EXPECT_EQ(doc().model().Sub(4).Parent, 1);
+    EXPECT_EQ(doc().selection().curSOBJ, 4);
+    EXPECT_GT(window_->viewport().renderer().ListBuilds(), lists);
+    EXPECT_EQ(Action("mnuEditUndo")->text(), "Undo Change Parent");
+    EXPECT_TRUE(window_->isWindowModified());
+    EXPECT_EQ(window_->windowTitle(), "ship.oof[*] - Meshwright");
+
+    Action("mnuEditUndo")->trigger();
+    EXPECT_EQ(test::SavedBytes(doc().model()), before);
+    EXPECT_FALSE(window_->isWindowModified());
+    EXPECT_EQ(Action("mnuEditRedo")->text(), "Redo Change Parent");
+}
+
+TEST_F(EditorTest, EveryMenuItemHasItsCaptionAndShortcut) {
+    const std::vector<std::tuple<const char*, const char*, const char*>> items{
+        {"mnuLoadOOFORF", "&Open OOF/ORF...", "Ctrl+O"},
+        {"mnuFileSaveOOF", "&Save OOF", "Ctrl+S"},
+        {"mnuFileSaveOOFAs", "Save OOF As...", ""},
+        {"mnuFileImportP3D", "Import P3D...", ""},
+        {"mnuFileExportORF", "Export ORF...", ""},
+        {"mnuFilePreferences", "&Preferences...", "Ctrl+P"},
+        {"mnuMRUPaths_0", "&1", "F1"},
+        {"mnuMRUPaths_8", "&9", "F9"},
+        {"mnuFileExit", "E&xit", "Ctrl+X"},
+        {"mnuEditUndo", "Undo", "Ctrl+Z"},
+        {"mnuEditRedo", "Redo", "Ctrl+Shift+Z"},
+        {"mnuEditDelete", "Delete", "Del"},
+        {"mnuEditConvert", "Convert to", ""},
+        {"mnuEditPoint_0", "&Attach Point", "Ctrl+A"},
+        {"mnuEditPoint_1", "Attach &Normal", "Ctrl+N"},
+        {"mnuEditPoint_2", "G&round Point", "Ctrl+R"},
+        {"mnuEditPoint_3", "&Gunpoint", "Ctrl+G"},
+        {"mnuRecalcVertNormals", "Recalculate Normals", ""},
+        {"mnuToolsScale", "Scale Model...", ""},
+        {"mnuViewMode_0", "Selection", ""},
+        {"mnuViewMode_3", "Pan", ""},
+        {"mnuViewType_0", "Wireframe", ""},
+        {"mnuViewType_1", "Flat Colored", ""},
+        {"mnuViewType_2", "Smooth Colored", ""},
+        {"mnuViewType_3", "Textured", ""},
+        {"mnuView3D", "3-D Mode", ""},
+        {"mnuAnimationCut", "Cut", ""},
+        {"mnuCutKey", "Key", ""},
+        {"mnuPasteAllKeys", "All Keys", ""},
+        {"mnuFilter_1", "Positional", ""},
+        {"mnuViewRotator", "View Rotator Animation", ""},
+        {"mnuViewTrajectories", "View Trajectories", ""},
+        {"mnuViewPoints", "Special Points", ""},
+        {"mnuViewNormals", "Normals", ""},
+        {"mnuViewFacing", "Facing", ""},
+        {"mnuViewGlow", "Glow Effects", ""},
+        {"mnuViewTexAnimate", "Texture Animation", ""},
+        {"mnuViewFiltering", "Bilinear Filtering", ""},
+        {"mnuViewBackground", "Show Background", ""},
+        {"mnuHelpContents", "Help Contents...", ""},
+        {"mnuAbout", "About Meshwright...", ""},
+    };
+    for (const auto& [name, caption, keys] : items) {
+        QAction* a = Action(name);
+        ASSERT_NE(a, nullptr) << name;
+        EXPECT_EQ(a->text(), caption) << name;
+        EXPECT_EQ(a->shortcut().toString(), keys) << name;
+    }
+    QStringList bar;
+    for (QAction* a : window_->menuBar()->actions())
+        bar << a->text();
+    EXPECT_EQ(bar, (QStringList{"File", "Edit", "Tools", "Animation", "Display", "Help"}));
+    EXPECT_EQ(window_->actions().menu("mnuViewModeMain")->title(), "Mode");
+    EXPECT_EQ(window_->actions().menu("mnuViewTypeMain")->title(), "View");
+    EXPECT_EQ(window_->actions().menu("mnuViewEffects")->title(), "Effects");
+    EXPECT_EQ(window_->actions().menu("mnuKeyFilter")->title(), "Filter Keys");
+    EXPECT_FALSE(Action("mnuMRUPaths_0")->isVisible());
+}
+
+TEST_F(EditorTest, ToolBarButtonsHaveTipsIconsAndNames) {
+    const std::vector<std::pair<const char*, const char*>> buttons{
+        {"open", "Open OOF/ORF..."},
+        {"save", "Save OOF"},
+        {"preferences", "Preferences"},
+        {"select", "Select"},
+        {"zoom", "Zoom"},
+        {"rotate", "Rotate"},
+        {"pan", "Pan"},
+        {"wireframe", "Wireframe View"},
+        {"flatcolor", "Flat Colored View"},
+        {"smoothcolor", "Smooth Colored View"},
+        {"textured", "Textured View"},
+        {"threed", "3-D Mode Toggle"},
+        {"viewpoints", "Show Special Points"},
+        {"viewnormals", "Show Normals"},
+    };
+    QToolBar& bar = window_->actions().toolBar();
+    for (const auto& [key, tip] : buttons) {
+        QAction* a = Action(key);
+        ASSERT_NE(a, nullptr) << key;
+        EXPECT_EQ(a->toolTip(), tip) << key;
+        EXPECT_FALSE(a->icon().isNull()) << key;
+        QWidget* button = bar.widgetForAction(a);
+        ASSERT_NE(button, nullptr) << key;
+        EXPECT_EQ(button->accessibleName(), tip) << key;
+    }
+    // The mode and view-type buttons follow the menus and the other way round.
+    Action("zoom")->trigger();
+    EXPECT_EQ(window_->viewport().display().Mode, ViewMode::Zoom);
+    EXPECT_TRUE(Action("mnuViewMode_1")->isChecked());
+    Action("mnuViewType_0")->trigger();
+    EXPECT_TRUE(Action("wireframe")->isChecked());
+    EXPECT_FALSE(Action("textured")->isChecked());
+    const bool points = Action("viewpoints")->isChecked();
+    Action("mnuViewPoints")->trigger();
+    EXPECT_NE(Action("viewpoints")->isChecked(), points);
+    EXPECT_NE(window_->viewport().display().ViewPoints, points);
+    EXPECT_EQ(window_->actions().hogList().objectName(), "cboHOG");
+}
+
+TEST_F(EditorTest, CommandsNeedAModelAndASelection) {
+    for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
+                             "mnuRecalcVertNormals", "mnuToolsScale"}) {
+        EXPECT_FALSE(Action(name)->isEnabled()) << name;
+    }
+    EXPECT_FALSE(Action("mnuFileImportP3D")->isEnabled());  // no compiler set
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
+                             "mnuRecalcVertNormals", "mnuToolsScale"}) {
+        EXPECT_TRUE(Action(name)->isEnabled()) << name;
+    }
+
+    OpenEditMenu();
+    EXPECT_FALSE(Action("mnuEditDelete")->isEnabled());
+    EXPECT_FALSE(Action("mnuEditConvert")->isEnabled());
+
+    doc().SelectSubObject(0);  // the only top-level sub-object
+    OpenEditMenu();
+    EXPECT_FALSE(Action("mnuEditDelete")->isEnabled());
+    EXPECT_FALSE(Action("mnuEditConvert")->isEnabled());
+
+    doc().SelectPoint(PointType::GPNT, 1);
+    OpenEditMenu();
+    EXPECT_TRUE(Action("mnuEditDelete")->isEnabled());
+    EXPECT_TRUE(Action("mnuEditPoint_0")->isEnabled());
+    EXPECT_FALSE(Action("mnuEditPoint_3")->isEnabled());
+
+    // Delete through its menu item: the point goes, its sub-object is selected.
+    Action("mnuEditDelete")->trigger();
+    EXPECT_EQ(doc().model().GunPoints.size(), 2u);
+    EXPECT_EQ(doc().selection().curSOBJ, 2);
+    EXPECT_EQ(Action("mnuEditUndo")->text(), "Undo Delete");
+
+    // With 64 gun points, Gunpoint is not offered; the others are.
+    doc().model().GunPoints.resize(kMaxGunPoints);
+    doc().SelectSubObject(6);
+    OpenEditMenu();
+    EXPECT_TRUE(Action("mnuEditConvert")->isEnabled());
+    EXPECT_TRUE(Action("mnuEditPoint_2")->isEnabled());
+    EXPECT_FALSE(Action("mnuEditPoint_3")->isEnabled());
+    Action("mnuEditPoint_3")->trigger();  // its shortcut while disabled does nothing
+    EXPECT_EQ(doc().selection().curSOBJ, 6);
+}
+
+TEST_F(EditorTest, ScalingReportsRefusalsAndRefitsTheCamera) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    const float radius = doc().model().Header.Radius;
+    window_->actions().ScaleBy(1.0f);
+    ASSERT_EQ(prompts_.messages.size(), 1u);
+    EXPECT_EQ(prompts_.messages[0].text,
+              "Scaling would result in a Model Radius < 0.1 - Scaling not done.");
+    window_->actions().ScaleBy(1e7f);
+    ASSERT_EQ(prompts_.messages.size(), 2u);
+    EXPECT_EQ(prompts_.messages[1].text,
+              "Scalng would result in a Model Radius > 90000.0 - Scaling not done.");
+    EXPECT_EQ(doc().undoStack().count(), 0);
+
+    const float zoom = window_->viewport().camera().Zoom;
+    window_->actions().ScaleBy(200.0f);
+    EXPECT_FLOAT_EQ(doc().model().Header.Radius, radius * 2.0f);
+    EXPECT_LT(window_->viewport().camera().Zoom, zoom);  // the camera moved back
+    EXPECT_EQ(Action("mnuEditUndo")->text(), "Undo Scale Model");
+}
+
+TEST_F(EditorTest, RecentPathsFillTheFileMenu) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    QAction* first = Action("mnuMRUPaths_0");
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_EQ(first->text().toStdString(),
+              RecentCaption(1, QFileInfo(kShip).absoluteFilePath().toStdString()));
+    EXPECT_FALSE(Action("mnuMRUPaths_1")->isVisible());
+}
+
+TEST_F(EditorTest, ClosingWithUnsavedChangesAsksFirst) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    doc().SelectSubObject(4);
+    doc().Apply(MakeReparentCommand(doc(), 4, 1));
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(window_->close());
+    EXPECT_EQ(prompts_.questions, QStringList{"Save changes to ship.oof?"});
+    EXPECT_TRUE(window_->isVisible());
+    prompts_.answers = {QMessageBox::Discard};
+    EXPECT_TRUE(window_->close());
+}
+
+TEST_F(EditorTest, TheLeftColumnKeepsItsSplitAndStartsOnTheMainFrame) {
+    PanelHost& panels = window_->panels();
+    EXPECT_EQ(panels.shownPanel(), "Main");
+    EXPECT_FALSE(panels.tabs().isEnabled());  // nothing in the tree yet
+    QStringList tabs;
+    for (int i = 0; i < panels.tabs().count(); ++i)
+        tabs << panels.tabs().tabText(i);
+    EXPECT_EQ(tabs, (QStringList{"Properties", "Textures", "Batteries", "Animation"}));
+    panels.SetTreeSplit(0.0f);
+    EXPECT_FLOAT_EQ(panels.treeSplit(), 0.1f);
+    QApplication::processEvents();
+    const QWidget& tree = panels.tree();
+    EXPECT_LT(tree.height(), panels.height() / 4);
+    panels.SetTreeSplit(0.95f);
+    EXPECT_FLOAT_EQ(panels.treeSplit(), 0.8f);
+    EXPECT_GT(tree.height(), panels.height() / 2);
+}
+
+TEST_F(EditorTest, EveryControlHasAnAccessibleName) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    int checked = 0;
+    for (QWidget* w : window_->findChildren<QWidget*>()) {
+        const bool control = qobject_cast<QAbstractButton*>(w) || qobject_cast<QComboBox*>(w) ||
+                             qobject_cast<QTabBar*>(w) || qobject_cast<QTreeWidget*>(w);
+        if (!control || !w->isVisibleTo(window_.get())) continue;
+        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+        ASSERT_NE(a, nullptr);
+        EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+        ++checked;
+    }
+    EXPECT_GT(checked, 15);
+    // Menu items are found by their captions.
+    for (QMenu* menu : window_->findChildren<QMenu*>()) {
+        for (QAction* a : menu->actions()) {
+            if (!a->isSeparator()) {
+                EXPECT_FALSE(a->text().isEmpty());
+            }
+        }
     }
 }
 
-TEST_F(EditorTest, DroppingASubObjectOntoItsChildIsRefusedAndOntoAnotherReparents) {
-    ASSERT_TRUE(window_->LoadModel(MW_SOURCE_DIR "/samples/ship.oof"));
-    window_->SelectSubObject(4);  // the radar, a child of the turret (3)
-    window_->HoverSubObject(1);   // over the left wing
-    window_->DropSubObject(true, false);
-    EXPECT_EQ(window_->model().Sub(4).Parent, 1);
-    EXPECT_EQ(window_->selection().curSOBJ, 4);
-
-    window_->SelectSubObject(-1);
-    EXPECT_EQ(window_->selection().hiliteSOBJ, -1);
+TEST_F(EditorTest, Screenshot) {
+    const char* path = std::getenv("MW_SCREENSHOT");
+    if (path == nullptr) GTEST_SKIP() << "set MW_SCREENSHOT to a PNG path to take it";
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    doc().SelectSubObject(3);
+    QTest::qWait(100);
+    // The window with the viewport's frame as the screen shows it (opaque).
+    QImage shot = window_->grab().toImage();
+    QPainter painter(&shot);
+    Viewport& view = window_->viewport();
+    painter.drawImage(view.mapTo(window_.get(), QPoint(0, 0)),
+                      ViewportImage().convertToFormat(QImage::Format_RGB32));
+    painter.end();
+    EXPECT_TRUE(shot.save(path));
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ TEST(OofWriter, MinimalModelHasOnlyTheRequiredChunks) {
     EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "PSPO");
     EXPECT_EQ(m.Version, 2300);
     EXPECT_EQ(m.PinfText, WriterInfo());
-    EXPECT_TRUE(WriterInfo().starts_with("Meshwright v"));
+    EXPECT_TRUE(WriterInfo().starts_with("\nMeshwright v0."));
 }
 
 TEST(OofWriter, ChunkOrderOfAFullModel) {

@@ -1,0 +1,33 @@
+// Build tool: embed_scrambled IN OUT NAME writes a C++ source holding IN's bytes scrambled,
+// as `const unsigned char NAME[]` and `const unsigned long NAMESize`.
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "app/scramble.h"
+
+int main(int argc, char** argv) {
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: embed_scrambled IN OUT NAME\n");
+        return 64;
+    }
+    std::ifstream in(argv[1], std::ios::binary);
+    if (!in) {
+        std::fprintf(stderr, "embed_scrambled: cannot read %s\n", argv[1]);
+        return 66;
+    }
+    const std::vector<std::uint8_t> plain((std::istreambuf_iterator<char>(in)),
+                                          std::istreambuf_iterator<char>());
+    const std::vector<std::uint8_t> scrambled = mw::ScrambleBytes(plain);
+    std::ofstream out(argv[2]);
+    const std::string name = argv[3];
+    out << "// Made at build time from " << argv[1] << ", scrambled.\nnamespace mw {\n"
+        << "extern const unsigned char " << name << "[];\nextern const unsigned long " << name
+        << "Size;\nconst unsigned char " << name << "[] = {";
+    for (std::size_t i = 0; i < scrambled.size(); ++i)
+        out << (i % 20 == 0 ? "\n" : "") << static_cast<unsigned>(scrambled[i]) << ",";
+    out << "\n};\nconst unsigned long " << name << "Size = " << scrambled.size()
+        << ";\n}  // namespace mw\n";
+    return out ? 0 : 73;
+}

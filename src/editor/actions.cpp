@@ -1,0 +1,489 @@
+#include "editor/actions.h"
+
+#include <QActionGroup>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "editor/dialogs/scale_dialog.h"
+#include "editor/document.h"
+#include "editor/edit_commands.h"
+#include "editor/enabling.h"
+#include "editor/file_commands.h"
+#include "editor/prompts.h"
+#include "editor/recent_files.h"
+#include "editor/toolbar_icons.h"
+#include "editor/viewport.h"
+#include "gamedata/file_names.h"
+#include "gamedata/hog.h"
+
+namespace mw {
+namespace {
+
+const char* const kModeNames[4] = {"Selection", "Zoom", "Rotate", "Pan"};
+const char* const kTypeNames[4] = {"Wireframe", "Flat Colored", "Smooth Colored", "Textured"};
+const char* const kPointCaptions[4] = {"&Attach Point", "Attach &Normal", "G&round Point",
+                                       "&Gunpoint"};
+const Qt::Key kPointKeys[4] = {Qt::Key_A, Qt::Key_N, Qt::Key_R, Qt::Key_G};
+
+// Import P3D is offered when a model compiler is set and exists.
+bool CompilerConfigured(const Settings& settings) {
+    const std::string& path = settings.POFGENPath;
+    return (ContainsIgnoringCase(path, "bspgen.exe") || ContainsIgnoringCase(path, "pofgen.exe")) &&
+           FindFileIgnoringCase(path).has_value();
+}
+
+}  // namespace
+
+MainActions::MainActions(QMainWindow& window, Document& doc, Viewport& viewport,
+                         FileCommands& files, Settings& settings, GameData& game, Prompts& prompts)
+    : QObject(&window),
+      window_(window),
+      doc_(doc),
+      viewport_(viewport),
+      files_(files),
+      settings_(settings),
+      game_(game),
+      prompts_(prompts) {
+    BuildFileMenu();
+    BuildEditMenu();
+    BuildToolsMenu();
+    BuildModeMenu();
+    BuildAnimationMenu();
+    BuildDisplayMenu();
+    BuildHelpMenu();
+    BuildToolBar();
+    FillRecentMenu();
+    SyncViewChecks();
+    connectSignals();
+    UpdateEnabling();
+}
+
+QAction* MainActions::action(const QString& name) const {
+    const auto it = actions_.find(name);
+    return it == actions_.end() ? nullptr : it->second;
+}
+
+QMenu* MainActions::menu(const QString& name) const {
+    const auto it = menus_.find(name);
+    return it == menus_.end() ? nullptr : it->second;
+}
+
+QAction* MainActions::Add(QMenu* menu, const char* name, const QString& caption,
+                          const QKeySequence& shortcut) {
+    QAction* a = menu->addAction(caption);
+    a->setObjectName(name);
+    a->setShortcut(shortcut);
+    a->setShortcutContext(Qt::WindowShortcut);
+    window_.addAction(a);  // shortcuts work while the menu is closed
+    actions_[name] = a;
+    return a;
+}
+
+QAction* MainActions::AddToggle(QMenu* menu, const char* name, const QString& caption, bool* flag) {
+    QAction* a = Add(menu, name, caption);
+    a->setCheckable(true);
+    a->setChecked(*flag);
+    connect(a, &QAction::toggled, this, [this, flag](bool on) {
+        *flag = on;
+        viewport_.update();
+    });
+    return a;
+}
+
+void MainActions::BuildFileMenu() {
+    QMenu* file = window_.menuBar()->addMenu("File");
+    file->setObjectName("mnuFile");
+    menus_["mnuFile"] = file;
+    connect(Add(file, "mnuLoadOOFORF", "&Open OOF/ORF...", QKeySequence("Ctrl+O")),
+            &QAction::triggered, &files_, &FileCommands::Open);
+    file->addSeparator()->setObjectName("mnuFileSep1");
+    connect(Add(file, "mnuFileSaveOOF", "&Save OOF", QKeySequence("Ctrl+S")), &QAction::triggered,
+            &files_, &FileCommands::Save);
+    connect(Add(file, "mnuFileSaveOOFAs", "Save OOF As..."), &QAction::triggered, &files_,
+            &FileCommands::SaveAs);
+    file->addSeparator()->setObjectName("mnuFileSep15");
+    connect(Add(file, "mnuFileImportP3D", "Import P3D..."), &QAction::triggered, this,
+            &MainActions::importP3DRequested);
+    connect(Add(file, "mnuFileExportORF", "Export ORF..."), &QAction::triggered, &files_,
+            &FileCommands::ExportORF);
+    file->addSeparator()->setObjectName("mnuFileSep2");
+    connect(Add(file, "mnuFilePreferences", "&Preferences...", QKeySequence("Ctrl+P")),
+            &QAction::triggered, this, &MainActions::preferencesRequested);
+    file->addSeparator()->setObjectName("mnuFileSep3");
+    for (int i = 0; i < 9; ++i) {
+        const QString name = QString("mnuMRUPaths_%1").arg(i);
+        QAction* a = Add(file, name.toLatin1().constData(), QString("&%1").arg(i + 1),
+                         QKeySequence(Qt::Key_F1 + i));
+        a->setVisible(false);
+        connect(a, &QAction::triggered, this, [this, i] { files_.OpenRecent(i); });
+        recent_[static_cast<std::size_t>(i)] = a;
+    }
+    recentSeparator_ = file->addSeparator();
+    recentSeparator_->setObjectName("mnuMRUSep");
+    recentSeparator_->setVisible(false);
+    connect(Add(file, "mnuFileExit", "E&xit", QKeySequence("Ctrl+X")), &QAction::triggered,
+            &window_, &QWidget::close);
+    connect(file, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
+}
+
+void MainActions::BuildEditMenu() {
+    QMenu* edit = window_.menuBar()->addMenu("Edit");
+    edit->setObjectName("mnuEdit");
+    menus_["mnuEdit"] = edit;
+    QUndoStack& stack = doc_.undoStack();
+    QAction* undo = stack.createUndoAction(this, "Undo");
+    undo->setObjectName("mnuEditUndo");
+    undo->setShortcut(QKeySequence("Ctrl+Z"));
+    QAction* redo = stack.createRedoAction(this, "Redo");
+    redo->setObjectName("mnuEditRedo");
+    redo->setShortcut(QKeySequence("Ctrl+Shift+Z"));
+    for (QAction* a : {undo, redo}) {
+        edit->addAction(a);
+        window_.addAction(a);
+        actions_[a->objectName()] = a;
+    }
+    edit->addSeparator()->setObjectName("mnuEditSeperator0");
+    connect(Add(edit, "mnuEditDelete", "Delete", QKeySequence(Qt::Key_Delete)), &QAction::triggered,
+            this, [this] {
+                UpdateEditEnabling();
+                if (action("mnuEditDelete")->isEnabled()) doc_.Apply(MakeDeleteCommand(doc_));
+            });
+    edit->addSeparator()->setObjectName("mnuEditSeperator1");
+    QMenu* convert = edit->addMenu("Convert to");
+    convert->setObjectName("mnuEditConvert");
+    menus_["mnuEditConvert"] = convert;
+    actions_["mnuEditConvert"] = convert->menuAction();
+    convert->menuAction()->setObjectName("mnuEditConvert");
+    for (int k = 0; k < 4; ++k) {
+        const QString name = QString("mnuEditPoint_%1").arg(k);
+        QAction* a = Add(convert, name.toLatin1().constData(), kPointCaptions[k],
+                         QKeySequence(Qt::CTRL | kPointKeys[k]));
+        a->setData(QString(PointTag(kPointTypes[static_cast<std::size_t>(k)])));
+        connect(a, &QAction::triggered, this, [this, k, a] {
+            UpdateEditEnabling();
+            if (a->isEnabled())
+                doc_.Apply(MakeConvertCommand(doc_, kPointTypes[static_cast<std::size_t>(k)]));
+        });
+    }
+    connect(edit, &QMenu::aboutToShow, this, &MainActions::UpdateEditEnabling);
+}
+
+void MainActions::BuildToolsMenu() {
+    QMenu* tools = window_.menuBar()->addMenu("Tools");
+    tools->setObjectName("mnuToolsMain");
+    menus_["mnuToolsMain"] = tools;
+    connect(Add(tools, "mnuRecalcVertNormals", "Recalculate Normals"), &QAction::triggered, this,
+            [this] {
+                if (doc_.modelReady()) doc_.Apply(MakeRecalcNormalsCommand(doc_));
+            });
+    connect(Add(tools, "mnuToolsScale", "Scale Model..."), &QAction::triggered, this,
+            &MainActions::ScaleModel);
+    connect(tools, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
+}
+
+// The Mode menu is not on the menu bar; the viewport pops it up on a right click.
+void MainActions::BuildModeMenu() {
+    auto* mode = new QMenu("Mode", &window_);
+    mode->setObjectName("mnuViewModeMain");
+    menus_["mnuViewModeMain"] = mode;
+    auto* modes = new QActionGroup(this);
+    for (int i = 0; i < 4; ++i) {
+        const QString name = QString("mnuViewMode_%1").arg(i);
+        QAction* a = Add(mode, name.toLatin1().constData(), kModeNames[i]);
+        a->setCheckable(true);
+        modes->addAction(a);
+        modeItems_[static_cast<std::size_t>(i)] = a;
+        connect(a, &QAction::triggered, this,
+                [this, i] { viewport_.SetViewMode(static_cast<ViewMode>(i)); });
+    }
+    mode->addSeparator()->setObjectName("mnuModeSeperator");
+    QMenu* view = mode->addMenu("View");
+    view->setObjectName("mnuViewTypeMain");
+    menus_["mnuViewTypeMain"] = view;
+    auto* types = new QActionGroup(this);
+    for (int i = 0; i < 4; ++i) {
+        const QString name = QString("mnuViewType_%1").arg(i);
+        QAction* a = Add(view, name.toLatin1().constData(), kTypeNames[i]);
+        a->setCheckable(true);
+        types->addAction(a);
+        typeItems_[static_cast<std::size_t>(i)] = a;
+        connect(a, &QAction::triggered, this,
+                [this, i] { viewport_.SetViewType(static_cast<ViewType>(i)); });
+    }
+    view->addSeparator()->setObjectName("mnuViewSep1");
+    AddToggle(view, "mnuView3D", "3-D Mode", &viewport_.display().ThreeD);
+    connect(&viewport_, &Viewport::contextMenuRequested, mode,
+            [mode](QPoint at) { mode->popup(at); });
+}
+
+void MainActions::BuildAnimationMenu() {
+    QMenu* anim = window_.menuBar()->addMenu("Animation");
+    anim->setObjectName("mnuAnimation");
+    menus_["mnuAnimation"] = anim;
+    const std::pair<const char*, const char*> groups[3][3] = {
+        {{"mnuAnimationCut", "Cut"}, {"mnuCutKey", "Key"}, {"mnuCutAllKeys", "All Keys"}},
+        {{"mnuAnimationCopy", "Copy"}, {"mnuCopyKey", "Key"}, {"mnuCopyAllKeys", "All Keys"}},
+        {{"mnuAnimationPaste", "Paste"}, {"mnuPasteKey", "Key"}, {"mnuPasteAllKeys", "All Keys"}},
+    };
+    for (const auto& group : groups) {
+        QMenu* sub = anim->addMenu(group[0].second);
+        sub->setObjectName(group[0].first);
+        sub->menuAction()->setObjectName(group[0].first);
+        menus_[group[0].first] = sub;
+        actions_[group[0].first] = sub->menuAction();
+        Add(sub, group[1].first, group[1].second);
+        Add(sub, group[2].first, group[2].second);
+    }
+    anim->addSeparator()->setObjectName("mnuAnimationSep1");
+    QMenu* filter = anim->addMenu("Filter Keys");
+    filter->setObjectName("mnuKeyFilter");
+    menus_["mnuKeyFilter"] = filter;
+    auto* filters = new QActionGroup(this);
+    const char* const filterNames[3] = {"All", "Positional", "Rotational"};
+    for (int i = 0; i < 3; ++i) {
+        const QString name = QString("mnuFilter_%1").arg(i);
+        QAction* a = Add(filter, name.toLatin1().constData(), filterNames[i]);
+        a->setCheckable(true);
+        filters->addAction(a);
+        connect(a, &QAction::triggered, this, [this, i] {
+            doc_.animation().keyFilter = i;
+            emit doc_.keysChanged(doc_.selection().curSOBJ);
+        });
+    }
+    anim->addSeparator()->setObjectName("mnuAnimationSep2");
+    AddToggle(anim, "mnuViewRotator", "View Rotator Animation",
+              &viewport_.display().RotatorAnimation);
+    AddToggle(anim, "mnuViewTrajectories", "View Trajectories",
+              &viewport_.display().ViewTrajectories);
+    connect(anim, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
+}
+
+void MainActions::BuildDisplayMenu() {
+    QMenu* show = window_.menuBar()->addMenu("Display");
+    show->setObjectName("mnuEffects");
+    menus_["mnuEffects"] = show;
+    DisplaySettings& d = viewport_.display();
+    AddToggle(show, "mnuViewPoints", "Special Points", &d.ViewPoints);
+    AddToggle(show, "mnuViewNormals", "Normals", &d.ViewNormals);
+    show->addSeparator()->setObjectName("mnuDisplaySep3");
+    QMenu* effects = show->addMenu("Effects");
+    effects->setObjectName("mnuViewEffects");
+    menus_["mnuViewEffects"] = effects;
+    AddToggle(effects, "mnuViewFacing", "Facing", &d.Facing);
+    AddToggle(effects, "mnuViewGlow", "Glow Effects", &d.Glow);
+    QAction* animate = Add(effects, "mnuViewTexAnimate", "Texture Animation");
+    animate->setCheckable(true);
+    animate->setChecked(settings_.TextureAnimation);
+    connect(animate, &QAction::toggled, &viewport_, &Viewport::SetTextureAnimation);
+    QAction* filtering = Add(effects, "mnuViewFiltering", "Bilinear Filtering");
+    filtering->setCheckable(true);
+    filtering->setChecked(settings_.BilinearFiltering);
+    connect(filtering, &QAction::toggled, this, [this](bool on) {
+        settings_.BilinearFiltering = on;
+        if (!viewport_.glReady()) return;
+        viewport_.makeCurrent();
+        viewport_.renderer().ApplyFiltering(on);
+        viewport_.doneCurrent();
+        viewport_.update();
+    });
+    show->addSeparator()->setObjectName("mnuDisplaySep4");
+    AddToggle(show, "mnuViewBackground", "Show Background", &d.ShowBackground);
+}
+
+void MainActions::BuildHelpMenu() {
+    QMenu* help = window_.menuBar()->addMenu("Help");
+    help->setObjectName("mnuHelp");
+    menus_["mnuHelp"] = help;
+    connect(Add(help, "mnuHelpContents", "Help Contents..."), &QAction::triggered, this,
+            &MainActions::helpRequested);
+    help->addSeparator()->setObjectName("mnuHelpSep");
+    connect(Add(help, "mnuAbout", "About Meshwright..."), &QAction::triggered, this,
+            &MainActions::aboutRequested);
+}
+
+QAction* MainActions::AddButton(const char* key, const QString& tip, bool checkable) {
+    QAction* a = toolBar_->addAction(ToolbarIcon(key), tip);
+    a->setObjectName(key);
+    a->setToolTip(tip);
+    a->setCheckable(checkable);
+    actions_[key] = a;
+    if (QWidget* button = toolBar_->widgetForAction(a)) {
+        button->setObjectName(QString("tb_") + key);
+        button->setAccessibleName(tip);
+    }
+    return a;
+}
+
+void MainActions::BuildToolBar() {
+    toolBar_ = window_.addToolBar("Tools");
+    toolBar_->setObjectName("tbMain");
+    toolBar_->setMovable(false);
+    toolBar_->setIconSize(QSize(24, 24));
+    connect(AddButton("open", "Open OOF/ORF...", false), &QAction::triggered, &files_,
+            &FileCommands::Open);
+    connect(AddButton("save", "Save OOF", false), &QAction::triggered, &files_,
+            &FileCommands::Save);
+    connect(AddButton("preferences", "Preferences", false), &QAction::triggered, this,
+            &MainActions::preferencesRequested);
+    toolBar_->addSeparator();
+    const char* const modeKeys[4] = {"select", "zoom", "rotate", "pan"};
+    const char* const modeTips[4] = {"Select", "Zoom", "Rotate", "Pan"};
+    auto* modes = new QActionGroup(this);
+    for (int i = 0; i < 4; ++i) {
+        QAction* a = AddButton(modeKeys[i], modeTips[i], true);
+        modes->addAction(a);
+        modeButtons_[static_cast<std::size_t>(i)] = a;
+        connect(a, &QAction::triggered, this,
+                [this, i] { viewport_.SetViewMode(static_cast<ViewMode>(i)); });
+    }
+    toolBar_->addSeparator();
+    const char* const typeKeys[4] = {"wireframe", "flatcolor", "smoothcolor", "textured"};
+    const char* const typeTips[4] = {"Wireframe View", "Flat Colored View", "Smooth Colored View",
+                                     "Textured View"};
+    auto* types = new QActionGroup(this);
+    for (int i = 0; i < 4; ++i) {
+        QAction* a = AddButton(typeKeys[i], typeTips[i], true);
+        types->addAction(a);
+        typeButtons_[static_cast<std::size_t>(i)] = a;
+        connect(a, &QAction::triggered, this,
+                [this, i] { viewport_.SetViewType(static_cast<ViewType>(i)); });
+    }
+    toolBar_->addSeparator();
+    const std::pair<const char*, const char*> toggles[3] = {{"threed", "mnuView3D"},
+                                                            {"viewpoints", "mnuViewPoints"},
+                                                            {"viewnormals", "mnuViewNormals"}};
+    const char* const toggleTips[3] = {"3-D Mode Toggle", "Show Special Points", "Show Normals"};
+    for (int i = 0; i < 3; ++i) {
+        QAction* button = AddButton(toggles[i].first, toggleTips[i], true);
+        QAction* item = action(toggles[i].second);
+        button->setChecked(item->isChecked());
+        connect(button, &QAction::toggled, item, &QAction::setChecked);
+        connect(item, &QAction::toggled, button, &QAction::setChecked);
+    }
+    toolBar_->addSeparator();
+    // The archive's models, where the "HOGBOX" placeholder stands.
+    cboHOG_ = new QComboBox(toolBar_);
+    cboHOG_->setObjectName("cboHOG");
+    cboHOG_->setAccessibleName("Archive Models");
+    cboHOG_->setToolTip("Models in the game's archives");
+    cboHOG_->setMinimumContentsLength(22);
+    cboHOG_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    QAction* box = toolBar_->addWidget(cboHOG_);
+    box->setObjectName("HOGBOX");
+    actions_["HOGBOX"] = box;
+    connect(cboHOG_, &QComboBox::activated, this, [this](int index) {
+        if (index < 0) {
+            if (cboHOG_->count() == 0) return;
+            index = 0;
+        }
+        files_.OpenArchiveModel(index);
+    });
+}
+
+void MainActions::SyncViewChecks() {
+    const auto mode = static_cast<std::size_t>(viewport_.display().Mode);
+    const auto type = static_cast<std::size_t>(viewport_.display().Type);
+    for (std::size_t i = 0; i < 4; ++i) {
+        modeItems_[i]->setChecked(i == mode);
+        modeButtons_[i]->setChecked(i == mode);
+        typeItems_[i]->setChecked(i == type);
+        typeButtons_[i]->setChecked(i == type);
+    }
+}
+
+void MainActions::connectSignals() {
+    connect(&viewport_, &Viewport::viewChanged, this, [this] {
+        SyncViewChecks();
+        UpdateEnabling();
+    });
+    connect(&files_, &FileCommands::recentChanged, this, &MainActions::FillRecentMenu);
+    for (auto signal : {&Document::modelReset, &Document::selectionChanged,
+                        &Document::structureChanged, &Document::pointsChanged}) {
+        connect(&doc_, signal, this, &MainActions::UpdateEnabling);
+    }
+}
+
+void MainActions::PopulateHOGlist() {
+    cboHOG_->clear();
+    for (const HogModelEntry& e : game_.Hog.Models)
+        cboHOG_->addItem(QString::fromStdString(EntryName(e.Name)));
+    cboHOG_->setCurrentIndex(-1);
+}
+
+void MainActions::FillRecentMenu() {
+    const auto& list = settings_.RecentFiles;
+    int shown = 0;
+    for (std::size_t i = 0; i < recent_.size(); ++i) {
+        const bool filled = i < list.size() && !list[i].empty();
+        if (filled) {
+            recent_[i]->setText(
+                QString::fromStdString(RecentCaption(static_cast<int>(i) + 1, list[i])));
+            ++shown;
+        }
+        recent_[i]->setVisible(filled);
+    }
+    recentSeparator_->setVisible(shown > 0);
+}
+
+void MainActions::UpdateEditEnabling() {
+    const EditEnabling e = ComputeEditEnabling(doc_.model(), doc_.selection());
+    action("mnuEditDelete")->setEnabled(e.Delete);
+    action("mnuEditConvert")->setEnabled(e.Convert);
+    for (std::size_t k = 0; k < 4; ++k) {
+        action(QString("mnuEditPoint_%1").arg(k))->setEnabled(e.Convert && e.ConvertTo[k]);
+    }
+}
+
+void MainActions::UpdateEnabling() {
+    const bool ready = doc_.modelReady();
+    for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
+                             "mnuRecalcVertNormals", "mnuToolsScale"}) {
+        action(name)->setEnabled(ready);
+    }
+    action("mnuFileImportP3D")->setEnabled(CompilerConfigured(settings_));
+    action("mnuViewBackground")->setEnabled(viewport_.renderer().BackgroundLoaded());
+    UpdateEditEnabling();
+    // Animation: cut and copy need keys on a selected sub-object; the key clipboard and the
+    // timeline's selected key come with the animation panel.
+    const ModelData& m = doc_.model();
+    const bool subObject = doc_.selection().curSOBJ != -1;
+    const bool keys = m.HasPANI || m.HasRANI;
+    action("mnuAnimationCut")->setEnabled(subObject && keys);
+    action("mnuAnimationCopy")->setEnabled(subObject && keys);
+    action("mnuAnimationPaste")->setEnabled(false);
+    for (const char* name : {"mnuCutKey", "mnuCopyKey", "mnuPasteKey", "mnuPasteAllKeys"})
+        action(name)->setEnabled(false);
+    action("mnuCutAllKeys")->setEnabled(keys);
+    action("mnuCopyAllKeys")->setEnabled(keys);
+    const int filter = doc_.animation().keyFilter;
+    for (int i = 0; i < 3; ++i)
+        action(QString("mnuFilter_%1").arg(i))->setChecked(i == filter);
+}
+
+void MainActions::ScaleModel() {
+    if (!doc_.modelReady()) return;
+    frmScale dialog(doc_.model().Header.Radius, &window_);
+    dialog.exec();
+    ScaleBy(dialog.amount());
+}
+
+void MainActions::ScaleBy(float percent) {
+    if (percent == 100.0f || !doc_.modelReady()) return;
+    ScaleResult result = ScaleResult::Done;
+    doc_.Apply(MakeScaleCommand(doc_, percent, &result));
+    if (result == ScaleResult::TooSmall) {
+        prompts_.Message(&window_,
+                         "Scaling would result in a Model Radius < 0.1 - Scaling not done.",
+                         PromptIcon::Information);
+    } else if (result == ScaleResult::TooLarge) {
+        prompts_.Message(&window_,
+                         "Scalng would result in a Model Radius > 90000.0 - Scaling not done.",
+                         PromptIcon::None);
+    }
+}
+
+}  // namespace mw

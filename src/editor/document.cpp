@@ -1,0 +1,112 @@
+#include "editor/document.h"
+
+#include <QUndoCommand>
+
+namespace mw {
+
+Document::Document(clsOOF& oof, QObject* parent) : QObject(parent), oof_(oof) {
+    connect(&undo_, &QUndoStack::cleanChanged, this, &Document::cleanChanged);
+}
+
+void Document::SetModelFile(const QString& path, const QString& title) {
+    modelPath_ = path;
+    modelTitle_ = title;
+    emit fileChanged();
+}
+
+void Document::MarkSaved() {
+    undo_.setClean();
+}
+
+void Document::ResetModel(bool ready) {
+    undo_.clear();
+    ++editSession_;
+    const bool wasReady = selection_.modelReady;
+    selection_ = SelectionState{};
+    selection_.modelReady = ready && hasModel();
+    animation_.curFrame = 0.0f;
+    animation_.animPlaying = false;
+    emit modelReset();
+    if (wasReady != selection_.modelReady) emit selectionChanged();
+    emit cleanChanged(true);
+}
+
+void Document::SelectRoot() {
+    SelectionState s = selection_;
+    s.curSOBJ = s.hiliteSOBJ = s.hiliteSOBJ2 = -1;
+    s.curPNT = -1;
+    s.curPNTtype.clear();
+    SetSelection(s);
+}
+
+void Document::SelectSubObject(int s) {
+    if (s == -1) {
+        SelectRoot();
+        return;
+    }
+    SelectionState sel = selection_;
+    sel.hiliteSOBJ2 = -1;
+    sel.curSOBJ = sel.hiliteSOBJ = s;
+    sel.curPNT = -1;
+    sel.curPNTtype.clear();
+    SetSelection(sel);
+}
+
+void Document::SelectPoint(PointType type, int i) {
+    SelectionState sel = selection_;
+    sel.hiliteSOBJ2 = -1;
+    sel.curSOBJ = sel.hiliteSOBJ = -1;
+    sel.curPNT = i;
+    sel.curPNTtype = PointTag(type);
+    SetSelection(sel);
+}
+
+void Document::SetSelection(const SelectionState& selection) {
+    SelectionState next = selection;
+    next.modelReady = selection_.modelReady;
+    const bool same = next.curSOBJ == selection_.curSOBJ && next.curPNT == selection_.curPNT &&
+                      next.curPNTtype == selection_.curPNTtype;
+    const bool sameHighlight =
+        next.hiliteSOBJ == selection_.hiliteSOBJ && next.hiliteSOBJ2 == selection_.hiliteSOBJ2;
+    selection_ = next;
+    if (!same) emit selectionChanged();
+    if (!same || !sameHighlight) emit highlightChanged();
+}
+
+void Document::SetHighlights(int hilite, int hilite2) {
+    if (hilite == selection_.hiliteSOBJ && hilite2 == selection_.hiliteSOBJ2) return;
+    selection_.hiliteSOBJ = hilite;
+    selection_.hiliteSOBJ2 = hilite2;
+    emit highlightChanged();
+}
+
+void Document::SetCurrentFrame(float frame) {
+    if (frame == animation_.curFrame) return;
+    animation_.curFrame = frame;
+    emit frameChanged();
+}
+
+bool Document::Apply(QUndoCommand* command) {
+    changed_ = false;
+    undo_.push(command);
+    return changed_;
+}
+
+void Document::BeginChange() {
+    selection_.modelReady = false;
+}
+
+void Document::EndChange(unsigned changes, int subObject, const SelectionState& selection) {
+    selection_.modelReady = hasModel();
+    changed_ = true;
+    if (changes & kChangeStructure) emit structureChanged();
+    if (changes & kChangeGeometry) emit geometryChanged();
+    if (changes & kChangeSubObject) emit subObjectChanged(subObject);
+    if (changes & kChangePoints) emit pointsChanged();
+    if (changes & kChangeBatteries) emit batteriesChanged();
+    if (changes & kChangeKeys) emit keysChanged(subObject);
+    if (changes & kChangeModel) emit modelValuesChanged();
+    SetSelection(selection);
+}
+
+}  // namespace mw

@@ -1,0 +1,120 @@
+// The one open document: the model being edited, the window-wide selection, the animation
+// state, the file it came from and the undo stack. Every view takes a Document and listens to
+// its signals; every change of the model goes through a command pushed here.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUndoStack>
+#include <memory>
+
+#include "model/oof.h"
+#include "view/view_state.h"
+
+class QUndoCommand;
+
+namespace mw {
+
+// What a command changed; views refresh by these.
+enum ModelChange : unsigned {
+    kChangeStructure = 0x1,  // hierarchy, save slots, sub-objects removed: tree rebuilt
+    kChangeGeometry = 0x2,   // vertices or faces: display lists rebuilt
+    kChangeSubObject = 0x4,  // fields of one sub-object
+    kChangePoints = 0x8,
+    kChangeBatteries = 0x10,
+    kChangeKeys = 0x20,
+    kChangeModel = 0x40,  // model-wide values (special point, radius)
+};
+
+// The playback and timeline state shared by the animation views.
+struct AnimationState {
+    float curFrame = 0.0f;
+    bool animPlaying = false;
+    int startFrame = 0;
+    int endFrame = 1;
+    float animTime = 2.0f;
+    bool animLoop = false;
+    int keyFilter = 0;  // 0 all, 1 positional, 2 rotational
+};
+
+class Document : public QObject {
+    Q_OBJECT
+  public:
+    explicit Document(clsOOF& oof, QObject* parent = nullptr);
+
+    clsOOF& oof() { return oof_; }
+    ModelData& model() { return oof_.data(); }
+    const ModelData& model() const { return oof_.data(); }
+    bool hasModel() const { return oof_.data().SubObjectCount() > 0; }
+
+    const SelectionState& selection() const { return selection_; }
+    bool modelReady() const { return selection_.modelReady; }
+    AnimationState& animation() { return animation_; }
+    const AnimationState& animation() const { return animation_; }
+
+    QUndoStack& undoStack() { return undo_; }
+    // True while the model has changes that were not saved.
+    bool isModified() const { return !undo_.isClean(); }
+
+    const QString& ModelPath() const { return modelPath_; }
+    const QString& ModelTitle() const { return modelTitle_; }
+    void SetModelFile(const QString& path, const QString& title);
+    // After a save: the current state is the saved one.
+    void MarkSaved();
+
+    // After the model was replaced (loaded, or cleared by a failed load): nothing selected,
+    // no undo history, ready when a model is there.
+    void ResetModel(bool ready);
+
+    // Selection, as the tree and the viewport set it (hover is the two highlights only).
+    void SelectRoot();
+    void SelectSubObject(int s);
+    void SelectPoint(PointType type, int i);
+    void SetSelection(const SelectionState& selection);
+    void SetHighlights(int hilite, int hilite2);
+
+    void SetCurrentFrame(float frame);
+
+    // Pushes a command; returns true when it changed the model (a command whose operation
+    // changed nothing marks itself obsolete and is dropped).
+    bool Apply(QUndoCommand* command);
+
+    // Called by commands after they changed the model: brackets the change with
+    // modelReady cleared, sets the selection and emits the change signals.
+    void BeginChange();
+    void EndChange(unsigned changes, int subObject, const SelectionState& selection);
+    // Ends a change that was refused: nothing changed.
+    void CancelChange() { selection_.modelReady = hasModel(); }
+
+    // Field edits with the same session number merge into one undo step (one spinner drag,
+    // one typed entry); a new session starts when an edit is done.
+    int editSession() const { return editSession_; }
+    void EndEditSession() { ++editSession_; }
+
+  signals:
+    void modelReset();
+    void structureChanged();
+    void geometryChanged();
+    void subObjectChanged(int s);
+    void pointsChanged();
+    void batteriesChanged();
+    void keysChanged(int s);
+    void modelValuesChanged();
+    void selectionChanged();
+    void highlightChanged();
+    void frameChanged();
+    void cleanChanged(bool clean);
+    void fileChanged();
+
+  private:
+    clsOOF& oof_;
+    SelectionState selection_;
+    AnimationState animation_;
+    QUndoStack undo_;
+    QString modelPath_;
+    QString modelTitle_;
+    int editSession_ = 0;
+    bool changed_ = false;
+};
+
+}  // namespace mw

@@ -1,0 +1,203 @@
+#include "editor/file_commands.h"
+
+#include <QFileInfo>
+
+#include "convert/orf_reader.h"
+#include "convert/orf_writer.h"
+#include "editor/document.h"
+#include "editor/prompts.h"
+#include "editor/recent_files.h"
+#include "gamedata/file_names.h"
+#include "model/file_io.h"
+#include "model/geometry.h"
+#include "model/oof_writer.h"
+
+namespace mw {
+namespace {
+
+bool HasSeparator(const QString& path) {
+    return path.contains('/') || path.contains('\\');
+}
+
+QString FileTitle(const QString& path) {
+    return QString::fromStdString(FileNameOf(path.toStdString()));
+}
+
+}  // namespace
+
+QString RoomPathAsModel(const QString& path) {
+    const int at = path.indexOf(".orf", 0, Qt::CaseInsensitive);
+    return at < 0 ? path : path.left(at) + ".oof";
+}
+
+FileCommands::FileCommands(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
+                           QWidget* window)
+    : QObject(window),
+      doc_(doc),
+      game_(game),
+      settings_(settings),
+      prompts_(prompts),
+      window_(window) {}
+
+int FileCommands::LoadModel(const QString& path, int archiveIndex, bool room) {
+    ModelData& model = doc_.model();
+    doc_.BeginChange();
+    ResultCode status = ResultCode::NotOOF;
+    std::optional<std::vector<std::uint8_t>> bytes;
+    if (archiveIndex != -1) {
+        if (archiveIndex >= 0 && archiveIndex < static_cast<int>(game_.Hog.Models.size())) {
+            const HogModelEntry& e = game_.Hog.Models[static_cast<std::size_t>(archiveIndex)];
+            ArchiveReader archives(game_.Hog);
+            if (archives.IsOpen(e.Slot)) bytes = archives.Read(e.Slot, e.Offset, e.Length);
+        }
+    } else if (!path.isEmpty() && QFileInfo(path).isFile()) {
+        bytes = ReadFileBytes(path.toStdString());
+    }
+    if (bytes) {
+        status = room ? importORF(model, *bytes, GameNameTable::WithGam(game_.Gam))
+                      : doc_.oof().readOOF(*bytes);
+    }
+    if (status == ResultCode::Success) {
+        CreatePushPop(model);
+    } else {
+        ClearModel(model);
+    }
+    return static_cast<int>(status);
+}
+
+void FileCommands::LoadFailed(int status) {
+    prompts_.Message(window_, TranslateError(status), PromptIcon::Exclamation);
+    doc_.ResetModel(false);
+}
+
+bool FileCommands::OpenChosen(const QString& path, bool addRecent) {
+    const bool oof = path.contains(".oof", Qt::CaseInsensitive);
+    const bool room = !oof && path.contains(".orf", Qt::CaseInsensitive);
+    if (!oof && !room) return false;
+    if (!MaybeSave()) return false;
+    const int status = LoadModel(path, -1, room);
+    if (status != 0) {
+        LoadFailed(status);
+        return false;
+    }
+    if (addRecent) {
+        AddToRecent(settings_.RecentFiles, path.toStdString());
+        emit recentChanged();
+    }
+    const QString modelPath = room ? RoomPathAsModel(path) : path;
+    doc_.SetModelFile(modelPath, FileTitle(modelPath));
+    doc_.ResetModel(true);
+    return true;
+}
+
+bool FileCommands::Open() {
+    const QString chosen =
+        prompts_.OpenFileName(window_, "Open Model/Room File", kOpenFilter, doc_.ModelPath());
+    if (chosen.isEmpty()) return false;
+    return OpenChosen(chosen, true);
+}
+
+bool FileCommands::OpenPath(const QString& path) {
+    return OpenChosen(QFileInfo(path).absoluteFilePath(), true);
+}
+
+bool FileCommands::OpenRecent(int item) {
+    const int n = item + 1;
+    if (n < 1 || n > static_cast<int>(settings_.RecentFiles.size())) return false;
+    const std::string entry = settings_.RecentFiles[static_cast<std::size_t>(item)];
+    if (entry.empty() || !QFileInfo(QString::fromStdString(entry)).isFile()) {
+        prompts_.Message(
+            window_, QString::fromStdString("File " + FileNameOf(entry) + " is no longer valid!"),
+            PromptIcon::Information);
+        RemoveRecent(settings_.RecentFiles, n);
+        emit recentChanged();
+        return false;
+    }
+    return OpenChosen(QString::fromStdString(entry), true);
+}
+
+bool FileCommands::OpenArchiveModel(int index) {
+    if (index < 0 || index >= static_cast<int>(game_.Hog.Models.size())) return false;
+    if (!MaybeSave()) return false;
+    const QString name =
+        QString::fromStdString(EntryName(game_.Hog.Models[static_cast<std::size_t>(index)].Name));
+    const int status = LoadModel(name, index, false);
+    if (status != 0) {
+        LoadFailed(status);
+        return false;
+    }
+    doc_.SetModelFile(name, name);
+    doc_.ResetModel(true);
+    return true;
+}
+
+bool FileCommands::Save() {
+    if (!doc_.hasModel()) return false;
+    if (!HasSeparator(doc_.ModelPath())) return SaveAs();
+    const std::string failure = SaveOOF(doc_.model(), doc_.ModelPath().toStdString());
+    if (!failure.empty()) {
+        prompts_.Message(window_, QString::fromStdString(failure), PromptIcon::Exclamation);
+        return false;
+    }
+    doc_.MarkSaved();
+    return true;
+}
+
+QString FileCommands::AskSaveName(const QString& title, const QString& filter,
+                                  const QString& initial) {
+    for (;;) {
+        const QString chosen = prompts_.SaveFileName(window_, title, filter, initial);
+        if (chosen.isEmpty() || !QFileInfo::exists(chosen)) return chosen;
+        const auto answer = prompts_.Ask(
+            window_, "Do you wish to overwrite " + FileTitle(chosen) + "?",
+            QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, PromptIcon::None);
+        if (answer == QMessageBox::Yes) return chosen;
+        if (answer != QMessageBox::No) return {};
+    }
+}
+
+bool FileCommands::SaveAs() {
+    if (!doc_.hasModel()) return false;
+    const QString chosen = AskSaveName("Save OOF File", kOofFilter, doc_.ModelPath());
+    if (chosen.isEmpty()) return false;
+    doc_.SetModelFile(chosen, FileTitle(chosen));
+    const std::string failure = SaveOOF(doc_.model(), chosen.toStdString());
+    if (!failure.empty()) {
+        prompts_.Message(window_, QString::fromStdString(failure), PromptIcon::Exclamation);
+        return false;
+    }
+    doc_.MarkSaved();
+    return true;
+}
+
+bool FileCommands::ExportORF() {
+    if (!doc_.hasModel()) return false;
+    const QString initial =
+        doc_.ModelPath().left(std::max(0, int(doc_.ModelPath().size()) - 3)) + "orf";
+    QString chosen = AskSaveName("Save ORF File", kOrfFilter, initial);
+    if (chosen.isEmpty()) return false;
+    if (!chosen.contains(".orf", Qt::CaseInsensitive)) chosen += ".orf";
+    OrfExportOptions options;
+    options.CombineRooms = settings_.CombineRooms;
+    options.SpecialPointsAsFaces = settings_.SpecialPointsAsFaces;
+    options.SpecialFaceSize = settings_.SpecialFaceSize;
+    const OrfExportResult result = SaveORF(doc_.model(), chosen.toStdString(), options);
+    if (!result.Written) {
+        prompts_.Message(window_, "There was an error saving " + FileTitle(chosen),
+                         PromptIcon::None);
+        return false;
+    }
+    return true;
+}
+
+bool FileCommands::MaybeSave() {
+    if (!doc_.isModified() || !doc_.hasModel()) return true;
+    const auto answer = prompts_.Ask(window_, "Save changes to " + doc_.ModelTitle() + "?",
+                                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                                     PromptIcon::Question);
+    if (answer == QMessageBox::Discard) return true;
+    if (answer == QMessageBox::Save) return Save();
+    return false;
+}
+
+}  // namespace mw

@@ -1,0 +1,70 @@
+// The File menu's commands: one LoadModel for every way of opening a model (the open dialog,
+// the recent paths, the archive model list, the command line), Save, Save As, Export ORF, the
+// recent-path list, and the question about unsaved changes.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "gamedata/settings.h"
+#include "gamedata/texture_loader.h"
+#include "model/result_code.h"
+
+class QWidget;
+
+namespace mw {
+
+class Document;
+class Prompts;
+
+inline constexpr const char* kOpenFilter =
+    "All Model/Room Files (*.oof *.orf);;Outrage Object Files (*.oof);;Outrage Room Files "
+    "(*.orf)";
+inline constexpr const char* kOofFilter = "Outrage Object Files (*.oof)";
+inline constexpr const char* kOrfFilter = "Outrage Room Files (*.orf)";
+
+class FileCommands : public QObject {
+    Q_OBJECT
+  public:
+    FileCommands(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
+                 QWidget* window);
+
+    // Reads a model file (or a room, or archive entry `archiveIndex` when not -1) into the
+    // document. Returns the reader's status; 1 when the file is missing.
+    int LoadModel(const QString& path, int archiveIndex, bool room);
+
+    // The commands. Each returns true when it did what it was asked.
+    bool Open();
+    bool OpenPath(const QString& path);  // as Open with this file chosen
+    bool OpenRecent(int item);           // menu item 0..8
+    bool OpenArchiveModel(int index);
+    bool Save();
+    bool SaveAs();
+    bool ExportORF();
+
+    // Asks "Save changes to TITLE?" when the document has unsaved changes. False when the
+    // user cancelled (or the save failed): whatever was about to happen must not.
+    bool MaybeSave();
+
+  signals:
+    void recentChanged();
+
+  private:
+    // A chosen file opened as a model or room by its name; `addRecent` for dialog and recent
+    // routes. Returns true on success.
+    bool OpenChosen(const QString& path, bool addRecent);
+    void LoadFailed(int status);
+    // The save dialog asked until the user agrees to a name; empty when cancelled.
+    QString AskSaveName(const QString& title, const QString& filter, const QString& initial);
+
+    Document& doc_;
+    GameData& game_;
+    Settings& settings_;
+    Prompts& prompts_;
+    QWidget* window_;
+};
+
+// `path` with a room's ".orf" (and anything after it) turned into ".oof".
+QString RoomPathAsModel(const QString& path);
+
+}  // namespace mw

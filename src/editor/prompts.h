@@ -1,0 +1,43 @@
+// The questions and messages the editor puts to the user, behind one interface so that tests
+// can answer them. Every box is captioned with the application title.
+#pragma once
+
+#include <QMessageBox>
+#include <QString>
+
+class QWidget;
+
+namespace mw {
+
+inline constexpr const char* kAppTitle = "Meshwright";
+
+enum class PromptIcon { None, Information, Exclamation, Question, Critical };
+
+class Prompts {
+  public:
+    virtual ~Prompts() = default;
+    // File dialogs: the chosen path, or empty when cancelled. Filters are Qt filter texts.
+    virtual QString OpenFileName(QWidget* parent, const QString& title, const QString& filter,
+                                 const QString& initial) = 0;
+    virtual QString SaveFileName(QWidget* parent, const QString& title, const QString& filter,
+                                 const QString& initial) = 0;
+    virtual void Message(QWidget* parent, const QString& text, PromptIcon icon) = 0;
+    // Asks with the given buttons; returns the one chosen.
+    virtual QMessageBox::StandardButton Ask(QWidget* parent, const QString& text,
+                                            QMessageBox::StandardButtons buttons,
+                                            PromptIcon icon) = 0;
+};
+
+// Qt's dialogs and message boxes.
+class DialogPrompts : public Prompts {
+  public:
+    QString OpenFileName(QWidget* parent, const QString& title, const QString& filter,
+                         const QString& initial) override;
+    QString SaveFileName(QWidget* parent, const QString& title, const QString& filter,
+                         const QString& initial) override;
+    void Message(QWidget* parent, const QString& text, PromptIcon icon) override;
+    QMessageBox::StandardButton Ask(QWidget* parent, const QString& text,
+                                    QMessageBox::StandardButtons buttons, PromptIcon icon) override;
+};
+
+}  // namespace mw

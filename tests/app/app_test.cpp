@@ -1,0 +1,89 @@
+// Start-up pieces: the version caption, the scrambled logo, the manual's place.
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "app/logo.h"
+#include "app/scramble.h"
+#include "editor/dialogs/help_window.h"
+#include "editor/dialogs/scale_dialog.h"
+#include "model/version.h"
+
+namespace mw {
+namespace {
+
+TEST(VersionTest, MinorVersionAndRevisionRunTogether) {
+    EXPECT_EQ(VersionText(2, 0, 11), "Meshwright v2.011");
+    EXPECT_EQ(VersionText(1, 2, 3), "Meshwright v1.23");
+    EXPECT_EQ(VersionText(), "Meshwright v" + std::to_string(kVersionMajor) + "." +
+                                 std::to_string(kVersionMinor) + std::to_string(kVersionRevision));
+}
+
+TEST(LogoTest, TheKeyRunsOverEveryByteAndUndoesItself) {
+    const std::vector<std::uint8_t> zeros(30, 0);
+    const auto scrambled = ScrambleBytes(zeros);
+    EXPECT_EQ(scrambled[0], 5);
+    EXPECT_EQ(scrambled[1], 8);
+    EXPECT_EQ(scrambled[27], 5);  // the key's last digit
+    EXPECT_EQ(scrambled[28], 5);  // and round again
+    EXPECT_EQ(scrambled[29], 8);
+    const std::vector<std::uint8_t> text{'M', 'e', 's', 'h', 0xFF, 0x00};
+    EXPECT_EQ(ScrambleBytes(ScrambleBytes(text)), text);
+}
+
+TEST(LogoTest, UnpacksToAPictureAndLeavesNoFileBehind) {
+    const QStringList before = QDir::temp().entryList({"meshwright-logo-*"});
+    QPixmap logo;
+    ASSERT_EQ(CreateLogo(logo), 0);
+    EXPECT_GT(logo.width(), 100);
+    EXPECT_GT(logo.height(), 100);
+    EXPECT_EQ(QDir::temp().entryList({"meshwright-logo-*"}), before);
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath("logo.png");
+    QFile stale(path);
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    stale.write("old and longer than nothing at all");
+    stale.close();
+    ASSERT_TRUE(UnpackLogo(path));
+    QFile unpacked(path);
+    ASSERT_TRUE(unpacked.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(unpacked.readAll().startsWith("\x89PNG"));
+}
+
+TEST(HelpTest, TheManualIsFoundBesideTheProgramOrInItsShareFolder) {
+    QTemporaryDir root;
+    ASSERT_TRUE(QDir(root.path()).mkpath("bin"));
+    const QString bin = root.filePath("bin");
+    EXPECT_TRUE(FindHelpIndex(bin).isEmpty());
+    ASSERT_TRUE(QDir(root.path()).mkpath("share/meshwright/help"));
+    QFile(root.filePath("share/meshwright/help/index.html")).open(QIODevice::WriteOnly);
+    EXPECT_TRUE(FindHelpIndex(bin).endsWith("share/meshwright/help/index.html"));
+    ASSERT_TRUE(QDir(bin).mkpath("help"));
+    QFile(QDir(bin).filePath("help/index.html")).open(QIODevice::WriteOnly);
+    EXPECT_EQ(FindHelpIndex(bin), QDir(bin).filePath("help/index.html"));
+    EXPECT_TRUE(MissingHelpMessage().startsWith("Could not find 'help/index.html'."));
+}
+
+TEST(ScaleDialogTest, TheChosenWayGivesThePercentage) {
+    EXPECT_EQ(ScaleAmount(false, 3.0, 250.0, 5.0f), 250.0f);
+    EXPECT_EQ(ScaleAmount(true, 10.0, 250.0, 5.0f), 200.0f);
+    EXPECT_EQ(ScaleAmount(true, 10.0, 250.0, 0.0f), 100.0f);  // a model of radius 0
+
+    frmScale dialog(5.0f);
+    EXPECT_FALSE(dialog.radius().isEnabled());
+    EXPECT_TRUE(dialog.percent().isEnabled());
+    EXPECT_EQ(dialog.radius().value(), 5.0);
+    EXPECT_EQ(dialog.radius().minimum(), 0.1);
+    EXPECT_EQ(dialog.percent().maximum(), 10000.0);
+    dialog.SetByRadius(true);
+    EXPECT_TRUE(dialog.radius().isEnabled());
+    EXPECT_FALSE(dialog.percent().isEnabled());
+    dialog.reject();
+    EXPECT_EQ(dialog.amount(), 100.0f);
+}
+
+}  // namespace
+}  // namespace mw

@@ -1,0 +1,195 @@
+// The File commands over a document, with the dialogs answered by a script.
+#include "editor/file_commands.h"
+
+#include <gtest/gtest.h>
+#include <QSignalSpy>
+#include <filesystem>
+#include <fstream>
+
+#include "convert/orf_writer.h"
+#include "editor/edit_commands.h"
+#include "gamedata/hog.h"
+#include "gamedata_writers.h"
+#include "support/sample_document.h"
+#include "support/scripted_prompts.h"
+#include "support/temp_dir.h"
+
+namespace mw {
+namespace {
+
+namespace fs = std::filesystem;
+using test::SavedBytes;
+
+const char* const kShip = MW_SOURCE_DIR "/samples/ship.oof";
+
+QString Q(const fs::path& p) {
+    return QString::fromStdString(p.string());
+}
+
+class FileCommandsTest : public ::testing::Test {
+  protected:
+    FileCommandsTest() : doc_(oof_), files_(doc_, game_, settings_, prompts_, nullptr) {}
+
+    void Copy(const fs::path& to) {
+        fs::copy_file(kShip, to, fs::copy_options::overwrite_existing);
+    }
+
+    test::TempDir dir_{"file_commands"};
+    clsOOF oof_;
+    Document doc_;
+    GameData game_;
+    Settings settings_;
+    test::ScriptedPrompts prompts_;
+    FileCommands files_;
+};
+
+TEST_F(FileCommandsTest, OpenShowsTheDialogAndRemembersThePath) {
+    prompts_.fileNames.push_back(kShip);
+    ASSERT_TRUE(files_.Open());
+    EXPECT_EQ(prompts_.titles.value(0), "Open Model/Room File");
+    EXPECT_EQ(prompts_.filters.value(0), kOpenFilter);
+    EXPECT_TRUE(doc_.modelReady());
+    EXPECT_EQ(doc_.ModelPath(), kShip);
+    EXPECT_EQ(doc_.ModelTitle(), "ship.oof");
+    EXPECT_EQ(settings_.RecentFiles.front(), kShip);
+    EXPECT_EQ(doc_.model().SubObjectCount(), 7);
+
+    // The next open starts from the model's path; a cancelled dialog changes nothing.
+    EXPECT_FALSE(files_.Open());
+    EXPECT_EQ(prompts_.initials.value(1), kShip);
+    EXPECT_TRUE(doc_.modelReady());
+}
+
+TEST_F(FileCommandsTest, AFailedOpenShowsTheReadersMessageAndLeavesNoModel) {
+    const fs::path bad = dir_ / "Broken.OOF";
+    std::ofstream(bad) << "not a model at all";
+    ASSERT_TRUE(files_.OpenPath(kShip));
+    EXPECT_FALSE(files_.OpenPath(Q(bad)));
+    ASSERT_EQ(prompts_.messages.size(), 1u);
+    EXPECT_EQ(prompts_.messages[0].text, "Not a valid OOF file");
+    EXPECT_EQ(prompts_.messages[0].icon, PromptIcon::Exclamation);
+    EXPECT_FALSE(doc_.modelReady());
+    EXPECT_FALSE(doc_.hasModel());
+}
+
+TEST_F(FileCommandsTest, ARoomOpensAsAModelThatSavesBesideIt) {
+    ASSERT_TRUE(files_.OpenPath(kShip));
+    const fs::path room = dir_ / "Hall.orf";
+    ASSERT_TRUE(SaveORF(doc_.model(), room.string(), {}).Written);
+
+    ASSERT_TRUE(files_.OpenPath(Q(room)));
+    EXPECT_EQ(doc_.ModelPath(), Q(dir_ / "Hall.oof"));
+    EXPECT_EQ(doc_.ModelTitle(), "Hall.oof");
+    EXPECT_EQ(settings_.RecentFiles.front(), room.string());
+    ASSERT_TRUE(files_.Save());
+    EXPECT_TRUE(fs::exists(dir_ / "Hall.oof"));
+    EXPECT_TRUE(prompts_.titles.isEmpty());  // no dialog: the path is known
+}
+
+TEST_F(FileCommandsTest, AMissingRecentPathIsReportedAndRemoved) {
+    const fs::path gone = dir_ / "gone.oof";
+    settings_.RecentFiles = {kShip, gone.string()};
+    QSignalSpy changed(&files_, &FileCommands::recentChanged);
+    EXPECT_FALSE(files_.OpenRecent(1));
+    ASSERT_EQ(prompts_.messages.size(), 1u);
+    EXPECT_EQ(prompts_.messages[0].text, "File gone.oof is no longer valid!");
+    EXPECT_EQ(prompts_.messages[0].icon, PromptIcon::Information);
+    EXPECT_EQ(settings_.RecentFiles, std::vector<std::string>{kShip});
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_TRUE(files_.OpenRecent(0));
+    EXPECT_EQ(doc_.ModelPath(), kShip);
+}
+
+TEST_F(FileCommandsTest, AnArchiveModelSavesOnlyThroughSaveAs) {
+    const auto ship = ReadFileBytes(kShip);
+    ASSERT_TRUE(ship);
+    const fs::path hog = dir_ / "d3.hog";
+    const Bytes archive = WriteHOG({{"ship.oof", *ship}});
+    std::ofstream(hog, std::ios::binary)
+        .write(reinterpret_cast<const char*>(archive.data()),
+               static_cast<std::streamsize>(archive.size()));
+    settings_.D3HogPath = hog.string();
+    DeriveArchivePaths(settings_);
+    game_.Hog.ReadHOGs(settings_, nullptr);
+    ASSERT_EQ(game_.Hog.Models.size(), 1u);
+
+    ASSERT_TRUE(files_.OpenArchiveModel(0));
+    EXPECT_EQ(doc_.ModelPath(), "ship.oof");
+    EXPECT_TRUE(settings_.RecentFiles.empty());
+
+    // Save asks for a name; the first choice exists and "No" asks again.
+    const fs::path taken = dir_ / "taken.oof";
+    std::ofstream(taken) << "x";
+    prompts_.fileNames = {Q(taken), Q(dir_ / "mine.oof")};
+    prompts_.answers = {QMessageBox::No};
+    ASSERT_TRUE(files_.Save());
+    EXPECT_EQ(prompts_.titles, (QStringList{"Save OOF File", "Save OOF File"}));
+    EXPECT_EQ(prompts_.questions, QStringList{"Do you wish to overwrite taken.oof?"});
+    EXPECT_EQ(fs::file_size(taken), 1u);
+    EXPECT_TRUE(fs::exists(dir_ / "mine.oof"));
+    EXPECT_EQ(doc_.ModelPath(), Q(dir_ / "mine.oof"));
+    EXPECT_EQ(doc_.ModelTitle(), "mine.oof");
+}
+
+TEST_F(FileCommandsTest, OverwritingNeedsAYesAndCancelStopsTheCommand) {
+    ASSERT_TRUE(files_.OpenPath(kShip));
+    const fs::path target = dir_ / "copy.oof";
+    std::ofstream(target) << "old";
+    prompts_.fileNames = {Q(target)};
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(files_.SaveAs());
+    EXPECT_EQ(fs::file_size(target), 3u);
+    EXPECT_EQ(doc_.ModelPath(), kShip);
+
+    prompts_.fileNames = {Q(target)};
+    prompts_.answers = {QMessageBox::Yes};
+    EXPECT_TRUE(files_.SaveAs());
+    EXPECT_EQ(*ReadFileBytes(target), SavedBytes(doc_.model()));
+}
+
+TEST_F(FileCommandsTest, ExportOffersTheRoomNameAndReportsAFailure) {
+    ASSERT_TRUE(files_.OpenPath(kShip));
+    prompts_.fileNames = {Q(dir_ / "no_such_folder" / "ship.orf")};
+    EXPECT_FALSE(files_.ExportORF());
+    EXPECT_EQ(prompts_.titles.value(0), "Save ORF File");
+    EXPECT_EQ(prompts_.initials.value(0), QString(kShip).chopped(3) + "orf");
+    ASSERT_EQ(prompts_.messages.size(), 1u);
+    EXPECT_EQ(prompts_.messages[0].text, "There was an error saving ship.orf");
+    EXPECT_EQ(doc_.ModelPath(), kShip);
+
+    prompts_.fileNames = {Q(dir_ / "ship.orf")};
+    EXPECT_TRUE(files_.ExportORF());
+    EXPECT_TRUE(fs::exists(dir_ / "ship.orf"));
+}
+
+TEST_F(FileCommandsTest, UnsavedChangesAreAskedAboutBeforeAnotherModelOpens) {
+    const auto original = *ReadFileBytes(kShip);
+    const fs::path mine = dir_ / "mine.oof";
+    Copy(mine);
+    ASSERT_TRUE(files_.OpenPath(Q(mine)));
+    doc_.SelectSubObject(4);
+    ASSERT_TRUE(doc_.Apply(MakeReparentCommand(doc_, 4, 1)));
+    const auto edited = SavedBytes(doc_.model());
+
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(files_.OpenPath(kShip));
+    EXPECT_EQ(prompts_.questions, QStringList{"Save changes to mine.oof?"});
+    EXPECT_EQ(doc_.ModelPath(), Q(mine));
+    EXPECT_TRUE(doc_.isModified());
+    EXPECT_EQ(SavedBytes(doc_.model()), edited);
+
+    prompts_.answers = {QMessageBox::Save};
+    EXPECT_TRUE(files_.OpenPath(kShip));
+    EXPECT_EQ(*ReadFileBytes(mine), edited);
+    EXPECT_EQ(doc_.ModelPath(), kShip);
+
+    doc_.SelectSubObject(4);
+    doc_.Apply(MakeReparentCommand(doc_, 4, 1));
+    prompts_.answers = {QMessageBox::Discard};
+    EXPECT_TRUE(files_.OpenPath(Q(mine)));
+    EXPECT_FALSE(doc_.isModified());
+    EXPECT_EQ(*ReadFileBytes(kShip), original);  // the discarded edit went nowhere
+}
+
+}  // namespace
+}  // namespace mw
