@@ -1,5 +1,8 @@
 #include "sample_gamedata.h"
 
+#include "model/oof_writer.h"
+#include "sample_model.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -75,7 +78,9 @@ Bytes BuildSampleArchive() {
     gam.texture({"thrustball", "thrustball.ogf", 1.0f, 0.0f, 0.0f, 0.0f, 0x4000});
     gam.object({"Sample Ship", {"ship.oof", "", ""}, 1, 25, 2});
     // Directories are sorted by name, as the game's archives are.
+    ModelData ship = BuildSampleModel();
     return WriteHOG({{"sample.gam", gam.bytes()},
+                     {"ship.oof", WriteOOF(ship)},
                      {"ship_hull.ogf", WriteOGF(Hull(), hull)},
                      {"ship_turret.oaf", WriteOAF(TurretFrames(), turret)},
                      {"ship_wing.ogf", WriteOGF(Wing(), wing)},

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QMainWindow>
+#include <QMetaMethod>
 #include <QMenuBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -444,7 +445,12 @@ void MainActions::UpdateEnabling() {
                              "mnuRecalcVertNormals", "mnuToolsScale"}) {
         action(name)->setEnabled(ready);
     }
-    action("mnuFileImportP3D")->setEnabled(CompilerConfigured(settings_));
+    action("mnuFileImportP3D")->setEnabled(
+        CompilerConfigured(settings_) && isSignalConnected(QMetaMethod::fromSignal(&MainActions::importP3DRequested)));
+    const bool preferences =
+        isSignalConnected(QMetaMethod::fromSignal(&MainActions::preferencesRequested));
+    action("mnuFilePreferences")->setEnabled(preferences);
+    action("preferences")->setEnabled(preferences);
     action("mnuViewBackground")->setEnabled(viewport_.renderer().BackgroundLoaded());
     UpdateEditEnabling();
     // Animation: cut and copy need keys on a selected sub-object; the key clipboard and the

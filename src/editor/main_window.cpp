@@ -33,7 +33,6 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     columns->setObjectName("splitMain");
     columns->setChildrenCollapsible(false);
     panels_ = new PanelHost(*doc_, logo_, columns);
-    panels_->setMinimumWidth(260);
 
     auto* right = new QWidget(columns);
     auto* rightLayout = new QVBoxLayout(right);
@@ -50,7 +49,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     columns->addWidget(panels_);
     columns->addWidget(right);
     columns->setStretchFactor(1, 1);
-    columns->setSizes({300, 700});
+    columns->setSizes({330, 770});
     auto* layout = new QHBoxLayout(central);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(columns);

@@ -44,6 +44,8 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
     tabs_->setObjectName("ssTabMain");
     tabs_->setAccessibleName("Panels");
     tabs_->setExpanding(false);
+    tabs_->setUsesScrollButtons(false);
+    tabs_->setElideMode(Qt::ElideNone);
     for (const char* key : {"Properties", "Textures", "Batteries", "Animation"})
         tabs_->addTab(key);
     lowerLayout->addWidget(tabs_);
@@ -52,6 +54,7 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
     area_->setMinimumHeight(120);
     lowerLayout->addWidget(area_, 1);
     layout->addWidget(splitter_, 1);
+    setMinimumWidth(tabs_->sizeHint().width() + 8);
 
     // The start-up frame with the logo.
     auto* mainFrame = new QLabel(area_);
