@@ -4,11 +4,13 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh
 cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DMW_BUILD_TESTS=OFF >/dev/null
-cmake --build build-release -j"$(nproc)" --target mw_bench mw_view_bench
+cmake --build build-release -j"$(nproc)" --target mw_bench mw_view_bench mw_editor_bench
 build-release/bench/mw_bench "$@"
 # The frame-rate benchmarks need a display.
 if [ -n "${DISPLAY:-}" ]; then
     build-release/bench/mw_view_bench "$@"
+    build-release/bench/mw_editor_bench "$@"
 else
     xvfb-run -a build-release/bench/mw_view_bench "$@"
+    xvfb-run -a build-release/bench/mw_editor_bench "$@"
 fi

@@ -8,6 +8,11 @@ Document::Document(clsOOF& oof, QObject* parent) : QObject(parent), oof_(oof) {
     connect(&undo_, &QUndoStack::cleanChanged, this, &Document::cleanChanged);
 }
 
+Document::~Document() {
+    // The stack says it is clean as it goes; nobody is to hear that from a dying document.
+    undo_.disconnect(this);
+}
+
 void Document::SetModelFile(const QString& path, const QString& title) {
     modelPath_ = path;
     modelTitle_ = title;

@@ -41,6 +41,7 @@ class Document : public QObject {
     Q_OBJECT
   public:
     explicit Document(clsOOF& oof, QObject* parent = nullptr);
+    ~Document() override;
 
     clsOOF& oof() { return oof_; }
     ModelData& model() { return oof_.data(); }

@@ -70,6 +70,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
 
 frmOOF::~frmOOF() {
     // The views hold the document; they go first.
+    doc_->disconnect(this);
     delete takeCentralWidget();
     delete actions_;
     delete files_;

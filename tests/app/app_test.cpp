@@ -8,6 +8,7 @@
 #include "app/logo.h"
 #include "app/scramble.h"
 #include "editor/dialogs/help_window.h"
+#include "editor/dialogs/progress_dialog.h"
 #include "editor/dialogs/scale_dialog.h"
 #include "model/version.h"
 
@@ -83,6 +84,29 @@ TEST(ScaleDialogTest, TheChosenWayGivesThePercentage) {
     EXPECT_FALSE(dialog.percent().isEnabled());
     dialog.reject();
     EXPECT_EQ(dialog.amount(), 100.0f);
+}
+
+}  // namespace
+}  // namespace mw
+
+namespace mw {
+namespace {
+
+TEST(ProgressDialogTest, ShowsEachReportWhileTheDataIsRead) {
+    frmProgress progress;
+    progress.Begin();
+    EXPECT_TRUE(progress.isVisible());
+    int percent = 140;
+    ShowProgress(&progress, percent, "Reading d3.hog");
+    EXPECT_EQ(percent, 100);
+    EXPECT_EQ(progress.value(), 100);
+    EXPECT_EQ(progress.text(), "Reading d3.hog");
+    percent = 30;
+    ShowProgress(&progress, percent, "");
+    EXPECT_EQ(progress.value(), 30);
+    EXPECT_EQ(progress.text(), "Reading d3.hog");  // an empty text keeps the line
+    progress.End();
+    EXPECT_FALSE(progress.isVisible());
 }
 
 }  // namespace

@@ -297,6 +297,18 @@ TEST_F(EditorTest, RecentPathsFillTheFileMenu) {
     EXPECT_FALSE(Action("mnuMRUPaths_1")->isVisible());
 }
 
+TEST_F(EditorTest, TheArchiveListOpensAModelThatSavesOnlyThroughSaveAs) {
+    QComboBox& list = window_->actions().hogList();
+    ASSERT_EQ(list.count(), 1);
+    EXPECT_EQ(list.itemText(0), "ship.oof");
+    emit list.activated(0);
+    EXPECT_TRUE(doc().modelReady());
+    EXPECT_EQ(doc().ModelPath(), "ship.oof");
+    EXPECT_EQ(window_->windowTitle(), "ship.oof[*] - Meshwright");
+    Action("mnuFileSaveOOF")->trigger();  // no file yet: the save dialog asks
+    EXPECT_EQ(prompts_.titles, QStringList{"Save OOF File"});
+}
+
 TEST_F(EditorTest, ClosingWithUnsavedChangesAsksFirst) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     doc().SelectSubObject(4);

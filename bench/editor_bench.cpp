@@ -1,0 +1,205 @@
+// The editor on the 50,000-face model: opening it into a shown window against reading it
+// alone, undo plus redo of a reparent and of a delete, and the memory the undo stack holds
+// after 1,000 field edits. Needs a display (bench/run.sh uses xvfb-run when there is none).
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <memory>
+
+#include "bench_models.h"
+#include "editor/document.h"
+#include "editor/edit_commands.h"
+#include "editor/file_commands.h"
+#include "editor/main_window.h"
+#include "editor/prompts.h"
+#include "editor/viewport.h"
+#include "model/file_io.h"
+#include "model/oof_reader.h"
+#include "model/oof_writer.h"
+#include "view/offscreen.h"
+
+namespace mw {
+namespace {
+
+// Answers every question with "Discard" and every dialog with nothing.
+class QuietPrompts : public Prompts {
+  public:
+    QString OpenFileName(QWidget*, const QString&, const QString&, const QString&) override {
+        return {};
+    }
+    QString SaveFileName(QWidget*, const QString&, const QString&, const QString&) override {
+        return {};
+    }
+    void Message(QWidget*, const QString&, PromptIcon) override {}
+    QMessageBox::StandardButton Ask(QWidget*, const QString&, QMessageBox::StandardButtons,
+                                    PromptIcon) override {
+        return QMessageBox::Discard;
+    }
+};
+
+struct Editor {
+    QTemporaryDir dir;
+    QString path;
+    Settings settings;
+    GameData game;
+    clsOOF oof;
+    QuietPrompts prompts;
+    std::unique_ptr<frmOOF> window;
+};
+
+// The window is made once, shown, and released by main while the application exists.
+std::unique_ptr<Editor>& EditorSlot() {
+    static std::unique_ptr<Editor> editor;
+    return editor;
+}
+
+Editor& TheEditor() {
+    auto& e = EditorSlot();
+    if (!e) {
+        e = std::make_unique<Editor>();
+        e->path = e->dir.filePath("large.oof");
+        ModelData m = LargeModel(100, 500);
+        SaveOOF(m, e->path.toStdString());
+        e->window = std::make_unique<frmOOF>(e->oof, e->game, e->settings, QPixmap(), &e->prompts);
+        e->window->resize(1100, 760);
+        e->window->show();
+        for (int i = 0; i < 20; ++i)
+            QApplication::processEvents();
+    }
+    return *e;
+}
+
+void Settle() {
+    QApplication::processEvents();
+}
+
+void ReadLargeModelFile(benchmark::State& state) {
+    Editor& e = TheEditor();
+    for (auto _ : state) {
+        ModelData m;
+        const auto bytes = ReadFileBytes(e.path.toStdString());
+        if (!bytes || readOOF(m, *bytes) != ResultCode::Success) state.SkipWithError("read");
+        benchmark::DoNotOptimize(m.SubObjects.data());
+    }
+}
+
+void OpenLargeModelInWindow(benchmark::State& state) {
+    Editor& e = TheEditor();
+    for (auto _ : state) {
+        if (!e.window->LoadModel(e.path)) state.SkipWithError("load");
+        Settle();
+        e.window->viewport().grabFramebuffer();  // the first frame drawn
+    }
+}
+
+Document& LoadedDocument() {
+    Editor& e = TheEditor();
+    Document& doc = e.window->document();
+    if (doc.ModelPath() != e.path || doc.isModified() || doc.undoStack().count() > 0) {
+        e.window->LoadModel(e.path);
+        Settle();
+    }
+    return doc;
+}
+
+// The time of one undo and one redo, the views (tree, panels, viewport lists) following.
+void UndoRedo(benchmark::State& state, QUndoCommand* (*make)(Document&)) {
+    Document& doc = LoadedDocument();
+    if (!doc.Apply(make(doc))) state.SkipWithError("refused");
+    Settle();
+    for (auto _ : state) {
+        doc.undoStack().undo();
+        doc.undoStack().redo();
+        Settle();
+    }
+    doc.undoStack().undo();
+    doc.undoStack().clear();
+}
+
+// A child sub-object given another parent, and deleted.
+int AChild(const ModelData& m) {
+    for (int k = m.SubObjectCount() - 1; k >= 0; --k) {
+        if (m.Sub(m.Head(k)).Parent != -1) return m.Head(k);
+    }
+    return -1;
+}
+
+void UndoRedoReparent(benchmark::State& state) {
+    UndoRedo(state, [](Document& doc) {
+        const int s = AChild(doc.model());
+        doc.SelectSubObject(s);
+        return MakeReparentCommand(doc, s, -1);
+    });
+}
+
+void UndoRedoDelete(benchmark::State& state) {
+    UndoRedo(state, [](Document& doc) {
+        doc.SelectSubObject(AChild(doc.model()));
+        return MakeDeleteCommand(doc);
+    });
+}
+
+// The heap the undo stack holds after 1,000 separate field edits (offsets of sub-objects).
+void UndoStackAfterFieldEdits(benchmark::State& state) {
+    Document& doc = LoadedDocument();
+    double held = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        doc.undoStack().clear();
+        const std::size_t before = mallinfo2().uordblks;
+        state.ResumeTiming();
+        for (int i = 0; i < 1000; ++i) {
+            const int s = i % doc.model().SubObjectCount();
+            Vector3 offset = doc.model().Sub(s).Offset;
+            offset.X += 0.25f;
+            doc.Apply(
+                new SubObjectFieldCommand<Vector3>(doc, "Offset", s, &SubObject::Offset, offset));
+            doc.EndEditSession();
+        }
+        state.PauseTiming();
+        held = static_cast<double>(mallinfo2().uordblks - before);
+        if (doc.undoStack().count() != 1000) state.SkipWithError("not 1000 steps");
+        while (doc.undoStack().canUndo())
+            doc.undoStack().undo();
+        state.ResumeTiming();
+    }
+    state.counters["undo_stack_MB"] = held / (1024.0 * 1024.0);
+    doc.undoStack().clear();
+}
+
+// For comparison: what one structural step (a delete) keeps.
+void DeleteStepSnapshot(benchmark::State& state) {
+    Document& doc = LoadedDocument();
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        doc.SelectSubObject(AChild(doc.model()));
+        auto* command = static_cast<ModelCommand*>(MakeDeleteCommand(doc));
+        command->redo();
+        bytes = command->ByteSize();
+        command->undo();
+        delete command;
+    }
+    state.counters["snapshot_KB"] = static_cast<double>(bytes) / 1024.0;
+}
+
+BENCHMARK(ReadLargeModelFile)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenLargeModelInWindow)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(UndoRedoReparent)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(UndoRedoDelete)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(UndoStackAfterFieldEdits)->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(DeleteStepSnapshot)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace mw
+
+int main(int argc, char** argv) {
+    mw::ApplyViewFormat();
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    mw::EditorSlot().reset();
+    return 0;
+}
