@@ -101,11 +101,12 @@ void Document::BeginChange() {
     selection_.modelReady = false;
 }
 
-void Document::EndChange(unsigned changes, int subObject, const SelectionState& selection) {
+void Document::EndChange(unsigned changes, int subObject, const SelectionState& selection,
+                         const std::vector<int>& geometry) {
     selection_.modelReady = hasModel();
     changed_ = true;
     if (changes & kChangeStructure) emit structureChanged();
-    if (changes & kChangeGeometry) emit geometryChanged();
+    if (changes & kChangeGeometry) emit geometryChanged(geometry);
     if (changes & kChangeSubObject) emit subObjectChanged(subObject);
     if (changes & kChangePoints) emit pointsChanged();
     if (changes & kChangeBatteries) emit batteriesChanged();

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QUndoStack>
 #include <memory>
+#include <vector>
 
 #include "model/oof.h"
 #include "view/view_state.h"
@@ -83,7 +84,9 @@ class Document : public QObject {
     // Called by commands after they changed the model: brackets the change with
     // modelReady cleared, sets the selection and emits the change signals.
     void BeginChange();
-    void EndChange(unsigned changes, int subObject, const SelectionState& selection);
+    // `geometry` names the sub-object records whose meshes changed (empty: all of them).
+    void EndChange(unsigned changes, int subObject, const SelectionState& selection,
+                   const std::vector<int>& geometry = {});
     // Ends a change that was refused: nothing changed.
     void CancelChange() { selection_.modelReady = hasModel(); }
 
@@ -95,7 +98,7 @@ class Document : public QObject {
   signals:
     void modelReset();
     void structureChanged();
-    void geometryChanged();
+    void geometryChanged(const std::vector<int>& records);  // empty: every record
     void subObjectChanged(int s);
     void pointsChanged();
     void batteriesChanged();

@@ -56,13 +56,13 @@ void ModelCommand::redo() {
         return;
     }
     done_ = true;
-    doc_.EndChange(changes_, selection.curSOBJ, selection);
+    doc_.EndChange(changes_, selection.curSOBJ, selection, scope_.Records);
 }
 
 void ModelCommand::undo() {
     doc_.BeginChange();
     before_.Restore(doc_.model());
-    doc_.EndChange(changes_, selectionBefore_.curSOBJ, selectionBefore_);
+    doc_.EndChange(changes_, selectionBefore_.curSOBJ, selectionBefore_, scope_.Records);
 }
 
 QUndoCommand* MakeReparentCommand(Document& doc, int s, int parent) {

@@ -71,12 +71,10 @@ void Viewport::connectSignals() {
         if (glReady_) LoadModelGL();
         update();
     });
-    connect(&doc_, &Document::structureChanged, this, [this] {
-        RebuildLists();
-        FollowRadius();
-    });
-    connect(&doc_, &Document::geometryChanged, this, [this] {
-        RebuildLists();
+    // Lists hold each record's mesh in its own frame: only meshes that changed are compiled.
+    connect(&doc_, &Document::structureChanged, this, [this] { FollowRadius(); });
+    connect(&doc_, &Document::geometryChanged, this, [this](const std::vector<int>& records) {
+        RebuildLists(records);
         FollowRadius();
     });
     connect(&doc_, &Document::modelValuesChanged, this, [this] { FollowRadius(); });
@@ -154,10 +152,15 @@ void Viewport::ReloadTextures() {
     update();
 }
 
-void Viewport::RebuildLists() {
+void Viewport::RebuildLists(const std::vector<int>& records) {
     if (glReady_) {
         makeCurrent();
-        renderer_.BuildSubObjectLists(doc_.model(), textures_.Slots);
+        if (records.empty()) {
+            renderer_.BuildSubObjectLists(doc_.model(), textures_.Slots);
+        } else {
+            for (int r : records)
+                renderer_.CompileSubObject(doc_.model(), r);
+        }
         doneCurrent();
     }
     viewAngles_.resize(doc_.model().SubObjects.size(), 0.0f);

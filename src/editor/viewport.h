@@ -71,7 +71,7 @@ class Viewport : public QOpenGLWidget {
   private:
     void connectSignals();
     void LoadModelGL();
-    void RebuildLists();
+    void RebuildLists(const std::vector<int>& records);
     void FollowRadius();
     FrameInput Input() const;
     void WrapCursor(bool horizontal, bool vertical);
