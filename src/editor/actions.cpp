@@ -371,6 +371,7 @@ void MainActions::BuildToolBar() {
     cboHOG_->setObjectName("cboHOG");
     cboHOG_->setAccessibleName("Archive Models");
     cboHOG_->setToolTip("Models in the game's archives");
+    cboHOG_->setPlaceholderText("Archive Models");
     cboHOG_->setMinimumContentsLength(22);
     cboHOG_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     QAction* box = toolBar_->addWidget(cboHOG_);
