@@ -32,15 +32,23 @@ SelectionState PointSelected(SelectionState sel, PointType type, int i) {
 }  // namespace
 
 ModelCommand::ModelCommand(Document& doc, const QString& text, GeometryScope scope,
-                           unsigned changes, ModelOperation operation)
+                           unsigned changes, ModelOperation operation, int mergeKey)
     : QUndoCommand(text),
       doc_(doc),
       scope_(std::move(scope)),
       changes_(changes),
-      operation_(std::move(operation)) {}
+      operation_(std::move(operation)),
+      mergeKey_(mergeKey),
+      session_(doc.editSession()) {}
 
 void ModelCommand::redo() {
     ModelData& model = doc_.model();
+    if (done_ && after_) {
+        doc_.BeginChange();
+        after_->Restore(model);
+        doc_.EndChange(changes_, selectionAfter_.curSOBJ, selectionAfter_, scope_.Records);
+        return;
+    }
     if (!done_) {
         before_ = ModelSnapshot(model, scope_);
         selectionBefore_ = doc_.selection();
@@ -55,8 +63,21 @@ void ModelCommand::redo() {
         setObsolete(true);
         return;
     }
+    if (!done_ && mergeKey_ >= 0) after_ = ModelSnapshot(model, scope_);
     done_ = true;
+    selectionAfter_ = selection;
     doc_.EndChange(changes_, selection.curSOBJ, selection, scope_.Records);
+}
+
+bool ModelCommand::mergeWith(const QUndoCommand* other) {
+    const auto* o = dynamic_cast<const ModelCommand*>(other);
+    if (o == nullptr || mergeKey_ < 0 || o->mergeKey_ != mergeKey_ || o->session_ != session_ ||
+        !o->after_) {
+        return false;
+    }
+    after_ = o->after_;
+    selectionAfter_ = o->selectionAfter_;
+    return true;
 }
 
 void ModelCommand::undo() {

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QUndoCommand>
 #include <functional>
+#include <optional>
 
 #include "editor/document.h"
 #include "model/geometry.h"
@@ -18,14 +19,21 @@ using ModelOperation = std::function<bool(ModelData&, SelectionState&)>;
 
 class ModelCommand : public QUndoCommand {
   public:
+    // Commands with the same `mergeKey` (0 or more) in one edit session merge into one step
+    // (a spinner drag); such a command keeps the state after it as well, so that its redo
+    // gives exactly what the merged edits gave.
     ModelCommand(Document& doc, const QString& text, GeometryScope scope, unsigned changes,
-                 ModelOperation operation);
+                 ModelOperation operation, int mergeKey = -1);
 
     void redo() override;
     void undo() override;
+    int id() const override { return mergeKey_ >= 0 ? 2000 : -1; }
+    bool mergeWith(const QUndoCommand* other) override;
 
     // Bytes the command holds (for the undo stack's memory figures).
-    std::size_t ByteSize() const { return before_.ByteSize() + sizeof(*this); }
+    std::size_t ByteSize() const {
+        return before_.ByteSize() + (after_ ? after_->ByteSize() : 0) + sizeof(*this);
+    }
 
   private:
     Document& doc_;
@@ -33,7 +41,11 @@ class ModelCommand : public QUndoCommand {
     unsigned changes_;
     ModelOperation operation_;
     ModelSnapshot before_;
+    std::optional<ModelSnapshot> after_;
     SelectionState selectionBefore_;
+    SelectionState selectionAfter_;
+    int mergeKey_;
+    int session_;
     bool done_ = false;
 };
 
