@@ -4,8 +4,8 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QMainWindow>
-#include <QMetaMethod>
 #include <QMenuBar>
+#include <QMetaMethod>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -446,8 +446,9 @@ void MainActions::UpdateEnabling() {
                              "mnuRecalcVertNormals", "mnuToolsScale"}) {
         action(name)->setEnabled(ready);
     }
-    action("mnuFileImportP3D")->setEnabled(
-        CompilerConfigured(settings_) && isSignalConnected(QMetaMethod::fromSignal(&MainActions::importP3DRequested)));
+    action("mnuFileImportP3D")
+        ->setEnabled(CompilerConfigured(settings_) &&
+                     isSignalConnected(QMetaMethod::fromSignal(&MainActions::importP3DRequested)));
     const bool preferences =
         isSignalConnected(QMetaMethod::fromSignal(&MainActions::preferencesRequested));
     action("mnuFilePreferences")->setEnabled(preferences);
@@ -469,6 +470,11 @@ void MainActions::UpdateEnabling() {
     const int filter = doc_.animation().keyFilter;
     for (int i = 0; i < 3; ++i)
         action(QString("mnuFilter_%1").arg(i))->setChecked(i == filter);
+}
+
+void MainActions::PopupEditMenu(const QPoint& globalPos) {
+    UpdateEditEnabling();
+    menu("mnuEdit")->popup(globalPos);
 }
 
 void MainActions::ScaleModel() {

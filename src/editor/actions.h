@@ -46,6 +46,9 @@ class MainActions : public QObject {
     void UpdateEnabling();
     void UpdateEditEnabling();
 
+    // Sets the Edit menu's enabling and pops it up (the tree's context menu).
+    void PopupEditMenu(const QPoint& globalPos);
+
     // Runs "Scale Model..." with the percentage a dialog gave (100 does nothing).
     void ScaleBy(float percent);
 

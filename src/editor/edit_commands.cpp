@@ -195,6 +195,20 @@ QUndoCommand* MakeRecalcNormalsCommand(Document& doc) {
                             });
 }
 
+QUndoCommand* MakePointParentCommand(Document& doc, PointType type, int i, int s) {
+    return new ModelCommand(doc, "Move Point", GeometryScope::None(), kChangePoints,
+                            [type, i, s](ModelData& model, SelectionState& sel) {
+                                const auto& list = model.Points(type);
+                                if (i < 0 || i >= static_cast<int>(list.size()) ||
+                                    list[static_cast<std::size_t>(i)].Parent == s ||
+                                    !ChangePNTParent(model, type, i, s)) {
+                                    return false;
+                                }
+                                sel = PointSelected(sel, type, i);
+                                return true;
+                            });
+}
+
 QUndoCommand* MakeRenameCommand(Document& doc, int s, const std::string& name) {
     return new SubObjectFieldCommand<std::string>(doc, "Rename", s, &SubObject::Name, name);
 }

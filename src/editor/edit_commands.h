@@ -110,6 +110,8 @@ QUndoCommand* MakeConvertCommand(Document& doc, PointType type);
 QUndoCommand* MakeScaleCommand(Document& doc, float percent, ScaleResult* result);
 QUndoCommand* MakeRecalcNormalsCommand(Document& doc);
 QUndoCommand* MakeRenameCommand(Document& doc, int s, const std::string& name);
+// Gives point i of a type the owner s; the point stays selected.
+QUndoCommand* MakePointParentCommand(Document& doc, PointType type, int i, int s);
 
 // The step's name for "Convert to": "Convert to Attach Point" and so on.
 QString ConvertCommandText(PointType type);

@@ -13,6 +13,8 @@
 #include "editor/file_commands.h"
 #include "editor/panels/panel_host.h"
 #include "editor/prompts.h"
+#include "editor/tree/model_tree.h"
+#include "editor/tree/tree_control.h"
 #include "editor/viewport.h"
 
 namespace mw {
@@ -33,6 +35,8 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     columns->setObjectName("splitMain");
     columns->setChildrenCollapsible(false);
     panels_ = new PanelHost(*doc_, logo_, columns);
+    panels_->tree().SetPrompts(prompts_);
+    tree_ = new ModelTree(panels_->tree(), *doc_);
 
     auto* right = new QWidget(columns);
     auto* rightLayout = new QVBoxLayout(right);
@@ -59,6 +63,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     actions_ = new MainActions(*this, *doc_, *viewport_, *files_, settings, game, *prompts_);
     connect(actions_, &MainActions::helpRequested, this, &frmOOF::ShowHelp);
     connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
+    connect(tree_, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);
     actions_->PopulateHOGlist();
 
     connect(doc_.get(), &Document::fileChanged, this, &frmOOF::UpdateTitle);

@@ -18,6 +18,7 @@ namespace mw {
 class Document;
 class FileCommands;
 class MainActions;
+class ModelTree;
 class PanelHost;
 class Prompts;
 class Viewport;
@@ -33,6 +34,7 @@ class frmOOF : public QMainWindow {
     Document& document() { return *doc_; }
     Viewport& viewport() { return *viewport_; }
     PanelHost& panels() { return *panels_; }
+    ModelTree& tree() { return *tree_; }
     MainActions& actions() { return *actions_; }
     FileCommands& files() { return *files_; }
     Prompts& prompts() { return *prompts_; }
@@ -64,6 +66,7 @@ class frmOOF : public QMainWindow {
     QString programDir_;
     Viewport* viewport_ = nullptr;
     PanelHost* panels_ = nullptr;
+    ModelTree* tree_ = nullptr;
     QGroupBox* fraAnimation_ = nullptr;
     FileCommands* files_ = nullptr;
     MainActions* actions_ = nullptr;

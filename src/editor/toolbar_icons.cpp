@@ -216,6 +216,27 @@ void Loop(QPainter& p) {
     p.drawPolygon(QPolygonF({QPointF(13, 2.5), QPointF(18, 6), QPointF(13, 9.5)}));
 }
 
+// The tree's node pictures: a small coloured mark per kind of node.
+Painter Node(QColor colour, int shape) {
+    return [colour, shape](QPainter& p) {
+        p.setPen(QPen(kInk, 1.2));
+        p.setBrush(colour);
+        switch (shape) {
+            case 0:
+                p.drawRoundedRect(QRectF(3, 3, 18, 18), 3, 3);
+                break;
+            case 1:
+                p.drawPolygon(
+                    QPolygonF({QPointF(12, 2), QPointF(22, 12), QPointF(12, 22), QPointF(2, 12)}));
+                break;
+            default:
+                p.drawEllipse(QPointF(12, 12), 8, 8);
+                p.drawLine(QPointF(12, 12), QPointF(12, 2));
+                break;
+        }
+    };
+}
+
 const std::map<QString, Painter>& Painters() {
     static const std::map<QString, Painter> painters{
         {"open", Folder},
@@ -245,6 +266,15 @@ const std::map<QString, Painter>& Painters() {
         {"nextframe", [](QPainter& p) { Step(p, true); }},
         {"previousframe", [](QPainter& p) { Step(p, false); }},
         {"looping", Loop},
+        {"ROOT",
+         [](QPainter& p) {
+             Cube(p, QColor(170, 200, 235), QColor(110, 150, 205), QColor(70, 110, 170), true);
+         }},
+        {"SOBJ", Node(QColor(150, 160, 175), 0)},
+        {"ATCH", Node(QColor(240, 200, 40), 1)},
+        {"NATH", Node(QColor(240, 140, 40), 2)},
+        {"GRND", Node(QColor(60, 190, 80), 1)},
+        {"GPNT", Node(QColor(230, 60, 60), 2)},
     };
     return painters;
 }

@@ -21,6 +21,7 @@
 #include "editor/file_commands.h"
 #include "editor/panels/panel_host.h"
 #include "editor/recent_files.h"
+#include "editor/tree/tree_control.h"
 #include "editor/viewport.h"
 #include "support/sample_document.h"
 #include "support/scripted_prompts.h"

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "editor/document.h"
+#include "editor/tree/tree_control.h"
 
 namespace mw {
 
@@ -30,7 +31,7 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
     splitter_->setObjectName("fraTabDrag");
     splitter_->setChildrenCollapsible(false);
     splitter_->setHandleWidth(6);
-    tree_ = new QTreeWidget(splitter_);
+    tree_ = new treeControl(splitter_);
     tree_->setObjectName("tvMain");
     tree_->setHeaderHidden(true);
     tree_->setAccessibleName(caption_->text());
@@ -137,7 +138,8 @@ void PanelHost::TabClicked(int index) {
 }
 
 void PanelHost::RefreshPanels(bool reload) {
-    if (tree_->topLevelItemCount() > 0) {
+    // The tree has nodes exactly when the model has sub-objects.
+    if (doc_.hasModel()) {
         tabs_->setEnabled(true);
         if (curTab_ == "Properties") {
             const SelectionState& sel = doc_.selection();

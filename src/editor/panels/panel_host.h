@@ -10,11 +10,11 @@
 class QLabel;
 class QSplitter;
 class QTabBar;
-class QTreeWidget;
 
 namespace mw {
 
 class Document;
+class treeControl;
 
 inline constexpr float kMinTreeSplit = 0.1f;
 inline constexpr float kMaxTreeSplit = 0.8f;
@@ -25,7 +25,7 @@ class PanelHost : public QWidget {
   public:
     PanelHost(Document& doc, const QPixmap& logo, QWidget* parent = nullptr);
 
-    QTreeWidget& tree() { return *tree_; }
+    treeControl& tree() { return *tree_; }
     QTabBar& tabs() { return *tabs_; }
 
     float treeSplit() const { return treeSplit_; }
@@ -58,7 +58,7 @@ class PanelHost : public QWidget {
 
     Document& doc_;
     QLabel* caption_ = nullptr;
-    QTreeWidget* tree_ = nullptr;
+    treeControl* tree_ = nullptr;
     QSplitter* splitter_ = nullptr;
     QTabBar* tabs_ = nullptr;
     QWidget* area_ = nullptr;
