@@ -37,6 +37,7 @@ class QuietPrompts : public Prompts {
                                     PromptIcon) override {
         return QMessageBox::Discard;
     }
+    QColor ChooseColor(QWidget*, const QColor&) override { return {}; }
 };
 
 struct Editor {

@@ -51,6 +51,11 @@ class Document : public QObject {
 
     const SelectionState& selection() const { return selection_; }
     bool modelReady() const { return selection_.modelReady; }
+    // What the viewport shows besides the model (view type, aids, effects); panels and menus
+    // change it and call DisplayChanged.
+    DisplaySettings& display() { return display_; }
+    const DisplaySettings& display() const { return display_; }
+    void DisplayChanged() { emit displayChanged(); }
     AnimationState& animation() { return animation_; }
     const AnimationState& animation() const { return animation_; }
 
@@ -107,6 +112,7 @@ class Document : public QObject {
     void selectionChanged();
     void highlightChanged();
     void frameChanged();
+    void displayChanged();
     void cleanChanged(bool clean);
     void fileChanged();
 
@@ -114,6 +120,7 @@ class Document : public QObject {
     clsOOF& oof_;
     SelectionState selection_;
     AnimationState animation_;
+    DisplaySettings display_;
     QUndoStack undo_;
     QString modelPath_;
     QString modelTitle_;

@@ -11,7 +11,9 @@
 #include "editor/dialogs/help_window.h"
 #include "editor/document.h"
 #include "editor/file_commands.h"
+#include "editor/panels/model_panel.h"
 #include "editor/panels/panel_host.h"
+#include "editor/panels/subobject_panel.h"
 #include "editor/prompts.h"
 #include "editor/tree/model_tree.h"
 #include "editor/tree/tree_control.h"
@@ -37,6 +39,9 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     panels_ = new PanelHost(*doc_, logo_, columns);
     panels_->tree().SetPrompts(prompts_);
     tree_ = new ModelTree(panels_->tree(), *doc_);
+    panels_->AddPanel("Model", new ModelPanel(*doc_));
+    panels_->AddPanel("SubModel", new SubObjectPanel(*doc_, *prompts_));
+    panels_->RefreshPanels(true);
 
     auto* right = new QWidget(columns);
     auto* rightLayout = new QVBoxLayout(right);

@@ -1,5 +1,6 @@
 #include "editor/prompts.h"
 
+#include <QColorDialog>
 #include <QFileDialog>
 
 namespace mw {
@@ -45,6 +46,10 @@ QMessageBox::StandardButton DialogPrompts::Ask(QWidget* parent, const QString& t
                                                PromptIcon icon) {
     QMessageBox box(BoxIcon(icon), kAppTitle, text, buttons, parent);
     return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+QColor DialogPrompts::ChooseColor(QWidget* parent, const QColor& initial) {
+    return QColorDialog::getColor(initial, parent, "Color Picker");
 }
 
 }  // namespace mw

@@ -2,6 +2,7 @@
 // can answer them. Every box is captioned with the application title.
 #pragma once
 
+#include <QColor>
 #include <QMessageBox>
 #include <QString>
 
@@ -26,6 +27,8 @@ class Prompts {
     virtual QMessageBox::StandardButton Ask(QWidget* parent, const QString& text,
                                             QMessageBox::StandardButtons buttons,
                                             PromptIcon icon) = 0;
+    // The colour dialog, preset to `initial`; an invalid colour when cancelled.
+    virtual QColor ChooseColor(QWidget* parent, const QColor& initial) = 0;
 };
 
 // Qt's dialogs and message boxes.
@@ -38,6 +41,7 @@ class DialogPrompts : public Prompts {
     void Message(QWidget* parent, const QString& text, PromptIcon icon) override;
     QMessageBox::StandardButton Ask(QWidget* parent, const QString& text,
                                     QMessageBox::StandardButtons buttons, PromptIcon icon) override;
+    QColor ChooseColor(QWidget* parent, const QColor& initial) override;
 };
 
 }  // namespace mw

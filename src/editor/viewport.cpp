@@ -40,8 +40,8 @@ Viewport::Viewport(Document& doc, GameData& game, Settings& settings, Prompts& p
       game_(game),
       settings_(settings),
       prompts_(prompts),
-      display_(DisplaySettings::From(settings)),
       missing_(MakeMissingTexture(std::random_device{}())) {
+    doc_.display() = DisplaySettings::From(settings);
     setObjectName("picMain");
     setAccessibleName("Viewport");
     setMouseTracking(true);
@@ -53,7 +53,7 @@ Viewport::Viewport(Document& doc, GameData& game, Settings& settings, Prompts& p
     connect(tmrAnimate_, &QTimer::timeout, this, [this] { UpdateView(true); });
     tmrAnimate_->start();
     connectSignals();
-    SetViewMode(display_.Mode);
+    SetViewMode(doc_.display().Mode);
 }
 
 Viewport::~Viewport() {
@@ -84,7 +84,12 @@ void Viewport::connectSignals() {
         connect(&doc_, signal, this, redraw);
     }
     connect(&doc_, &Document::subObjectChanged, this, redraw);
+    connect(&doc_, &Document::displayChanged, this, redraw);
     connect(&doc_, &Document::keysChanged, this, redraw);
+}
+
+DisplaySettings& Viewport::display() {
+    return doc_.display();
 }
 
 void Viewport::initializeGL() {
@@ -176,7 +181,7 @@ void Viewport::FollowRadius() {
 FrameInput Viewport::Input() const {
     FrameInput in;
     in.camera = camera_;
-    in.display = display_;
+    in.display = doc_.display();
     in.selection = doc_.selection();
     in.curFrame = doc_.animation().curFrame;
     in.viewAngles = viewAngles_;
@@ -216,7 +221,7 @@ void Viewport::FitView() {
 }
 
 void Viewport::SetViewMode(ViewMode mode) {
-    display_.Mode = mode;
+    doc_.display().Mode = mode;
     switch (mode) {
         case ViewMode::Selection:
             setCursor(Qt::ArrowCursor);
@@ -236,7 +241,7 @@ void Viewport::SetViewMode(ViewMode mode) {
 }
 
 void Viewport::SetViewType(ViewType type) {
-    display_.Type = type;
+    doc_.display().Type = type;
     emit viewChanged();
     update();
 }
@@ -257,7 +262,8 @@ bool Viewport::UpdateView(bool fromTimer) {
     const bool ready = doc_.modelReady() && glReady_;
     const bool minimized = window() != nullptr && window()->isMinimized();
     bool changed = false;
-    if (settings_.TextureAnimation && ready && !minimized && display_.Type == ViewType::Textured) {
+    if (settings_.TextureAnimation && ready && !minimized &&
+        doc_.display().Type == ViewType::Textured) {
         const TextureChanges changes = AdvanceTextures(textures_.Slots, elapsed);
         if (changes.any()) {
             makeCurrent();
@@ -266,7 +272,7 @@ bool Viewport::UpdateView(bool fromTimer) {
             changed = true;
         }
     }
-    if (display_.RotatorAnimation && ready) {
+    if (doc_.display().RotatorAnimation && ready) {
         changed = AdvanceRotators(doc_.model(), viewAngles_, elapsed) || changed;
     }
     if (minimized || (fromTimer && !changed)) return false;
@@ -275,16 +281,16 @@ bool Viewport::UpdateView(bool fromTimer) {
 }
 
 void Viewport::StoreSettings() {
-    settings_.Facing = display_.Facing;
-    settings_.GlowEffects = display_.Glow;
-    settings_.ShowBackground = display_.ShowBackground;
-    settings_.RotatorAnimation = display_.RotatorAnimation;
-    settings_.ViewTrajectories = display_.ViewTrajectories;
-    settings_.ViewMode = static_cast<std::int16_t>(display_.Mode);
-    settings_.View = display_.Type;
-    settings_.ThreeDMode = display_.ThreeD;
-    settings_.ViewPoints = display_.ViewPoints;
-    settings_.ViewNormals = display_.ViewNormals;
+    settings_.Facing = doc_.display().Facing;
+    settings_.GlowEffects = doc_.display().Glow;
+    settings_.ShowBackground = doc_.display().ShowBackground;
+    settings_.RotatorAnimation = doc_.display().RotatorAnimation;
+    settings_.ViewTrajectories = doc_.display().ViewTrajectories;
+    settings_.ViewMode = static_cast<std::int16_t>(doc_.display().Mode);
+    settings_.View = doc_.display().Type;
+    settings_.ThreeDMode = doc_.display().ThreeD;
+    settings_.ViewPoints = doc_.display().ViewPoints;
+    settings_.ViewNormals = doc_.display().ViewNormals;
 }
 
 void Viewport::HoverSubObject(int s) {
@@ -330,7 +336,7 @@ void Viewport::mousePressEvent(QMouseEvent* e) {
         emit contextMenuRequested(e->globalPosition().toPoint());
         return;
     }
-    if (e->button() == Qt::LeftButton && display_.Mode == ViewMode::Selection &&
+    if (e->button() == Qt::LeftButton && doc_.display().Mode == ViewMode::Selection &&
         doc_.modelReady()) {
         doc_.SelectSubObject(PickAt(static_cast<int>(x), static_cast<int>(y)));
     }
@@ -353,7 +359,7 @@ void Viewport::mouseMoveEvent(QMouseEvent* e) {
     const float y = static_cast<float>(std::lround(e->position().y()));
     if (e->buttons() == Qt::NoButton) button_ = Qt::NoButton;
     if (button_ != Qt::LeftButton) return;
-    const ViewMode mode = display_.Mode;
+    const ViewMode mode = doc_.display().Mode;
     if (mode == ViewMode::Selection) {
         if (!doc_.modelReady() || doc_.selection().curSOBJ == -1) return;
         dragging_ = true;

@@ -27,7 +27,7 @@ class Viewport : public QOpenGLWidget {
 
     Renderer& renderer() { return renderer_; }
     Camera& camera() { return camera_; }
-    DisplaySettings& display() { return display_; }
+    DisplaySettings& display();
     const LoadedTextures& textures() const { return textures_; }
     const std::vector<float>& viewAngles() const { return viewAngles_; }
     bool glReady() const { return glReady_; }
@@ -82,7 +82,6 @@ class Viewport : public QOpenGLWidget {
     Prompts& prompts_;
     Renderer renderer_;
     Camera camera_;
-    DisplaySettings display_;
     LoadedTextures textures_;
     std::vector<std::uint32_t> missing_;
     std::vector<float> viewAngles_;

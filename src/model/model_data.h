@@ -180,6 +180,8 @@ struct ModelData {
     std::vector<ModelPoint> AttachNormals;
     std::vector<ModelPoint> GroundPoints;
     std::optional<SpecialPoint> Special;
+    // The special point while it is switched off in the editor; not stored in files.
+    std::optional<SpecialPoint> SpecialParked;
     std::vector<WeaponBattery> Batteries;
 
     std::string PinfText;

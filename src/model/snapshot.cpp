@@ -55,6 +55,7 @@ ModelSnapshot::ModelSnapshot(const ModelData& model, const GeometryScope& scope)
     structure_.AttachNormals = model.AttachNormals;
     structure_.GroundPoints = model.GroundPoints;
     structure_.Special = model.Special;
+    structure_.SpecialParked = model.SpecialParked;
     structure_.Batteries = model.Batteries;
     structure_.PinfText = model.PinfText;
     structure_.FrameMin = model.FrameMin;
@@ -104,6 +105,7 @@ bool ModelSnapshot::Restore(ModelData& model) const {
     model.AttachNormals = structure_.AttachNormals;
     model.GroundPoints = structure_.GroundPoints;
     model.Special = structure_.Special;
+    model.SpecialParked = structure_.SpecialParked;
     model.Batteries = structure_.Batteries;
     model.PinfText = structure_.PinfText;
     model.FrameMin = structure_.FrameMin;

@@ -38,6 +38,13 @@ class ScriptedPrompts : public Prompts {
         return a;
     }
 
+    QColor ChooseColor(QWidget*, const QColor& initial) override {
+        colorsOffered.push_back(initial);
+        return chosenColor;
+    }
+
+    QColor chosenColor;  // invalid: the dialog is cancelled
+    std::vector<QColor> colorsOffered;
     std::deque<QString> fileNames;  // what the file dialogs return, in turn ("" cancels)
     std::deque<QMessageBox::StandardButton> answers;
     QStringList titles, filters, initials, questions;

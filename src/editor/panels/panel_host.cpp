@@ -53,6 +53,7 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
     area_ = new QWidget(lower);
     area_->setObjectName("picTabMain");
     area_->setMinimumHeight(120);
+    area_->installEventFilter(this);
     lowerLayout->addWidget(area_, 1);
     layout->addWidget(splitter_, 1);
     setMinimumWidth(tabs_->sizeHint().width() + 8);
@@ -98,9 +99,14 @@ void PanelHost::ApplySplit() {
 void PanelHost::resizeEvent(QResizeEvent* e) {
     QWidget::resizeEvent(e);
     ApplySplit();
+}
+
+// Each frame is as wide as the area and at least as tall; a taller one can be dragged.
+void PanelHost::FitFrames() {
     for (auto& [key, frame] : frames_) {
         frame->resize(area_->width(), std::max(area_->height(), frame->sizeHint().height()));
-        if (frame->height() <= area_->height()) frame->move(0, 0);
+        if (frame->y() < area_->height() - frame->height() || frame->height() <= area_->height())
+            frame->move(0, std::min(0, std::max(frame->y(), area_->height() - frame->height())));
     }
 }
 
@@ -162,6 +168,10 @@ void PanelHost::RefreshPanels(bool reload) {
 
 // A frame taller than the panel area is dragged up and down with the left button.
 bool PanelHost::eventFilter(QObject* watched, QEvent* e) {
+    if (watched == area_) {
+        if (e->type() == QEvent::Resize) FitFrames();
+        return false;
+    }
     auto* widget = qobject_cast<QWidget*>(watched);
     if (widget == nullptr) return false;
     QWidget* frame = widget;

@@ -54,6 +54,7 @@ class PanelHost : public QWidget {
   private:
     void connectSignals();
     void ApplySplit();
+    void FitFrames();
     void TabClicked(int index);
 
     Document& doc_;
@@ -65,7 +66,7 @@ class PanelHost : public QWidget {
     std::map<QString, QWidget*> frames_;
     QString shown_;
     QString curTab_ = "Properties";
-    float treeSplit_ = 0.5f;
+    float treeSplit_ = 0.4f;
     // Dragging a frame taller than the area.
     QWidget* draggedFrame_ = nullptr;
     int dragY_ = 0;

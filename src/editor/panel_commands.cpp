@@ -1,0 +1,128 @@
+#include "editor/panel_commands.h"
+
+#include "editor/edit_commands.h"
+#include "model/geometry.h"
+#include "model/properties.h"
+#include "model/structure.h"
+
+namespace mw {
+namespace {
+
+int MergeKey(PanelField field, int s = 0) {
+    return field * kMergeSpan + s;
+}
+
+GeometryScope SlotScope(const ModelData& model, int s) {
+    const int k = GetArrayIndex(model, s);
+    if (k < 0) return GeometryScope::Of({s});
+    return GeometryScope::Of(model.MergeTable[static_cast<std::size_t>(k)]);
+}
+
+}  // namespace
+
+QUndoCommand* MakeModelRadiusCommand(Document& doc, float radius) {
+    return new ModelCommand(
+        doc, "Model Radius", GeometryScope::None(), kChangeModel,
+        [radius](ModelData& model, SelectionState&) {
+            if (model.Header.Radius == radius) return false;
+            model.Header.Radius = radius;
+            return true;
+        },
+        MergeKey(kFieldModelRadius));
+}
+
+QUndoCommand* MakeSpecialUsedCommand(Document& doc, bool used) {
+    return new ModelCommand(doc, used ? "Use Special Point" : "Drop Special Point",
+                            GeometryScope::None(), kChangeModel,
+                            [used](ModelData& model, SelectionState&) {
+                                if (model.Special.has_value() == used) return false;
+                                if (used) {
+                                    model.Special = model.SpecialParked.value_or(SpecialPoint{});
+                                    model.SpecialParked.reset();
+                                } else {
+                                    model.SpecialParked = model.Special;
+                                    model.Special.reset();
+                                }
+                                return true;
+                            });
+}
+
+QUndoCommand* MakeSpecialCommand(Document& doc, int field,
+                                 const std::function<void(SpecialPoint&)>& set) {
+    return new ModelCommand(
+        doc, "Special Point", GeometryScope::None(), kChangeModel,
+        [set](ModelData& model, SelectionState&) {
+            if (!model.Special) return false;
+            SpecialPoint changed = *model.Special;
+            set(changed);
+            if (changed.Name == model.Special->Name &&
+                changed.Properties == model.Special->Properties &&
+                changed.Position == model.Special->Position &&
+                changed.Radius == model.Special->Radius) {
+                return false;
+            }
+            model.Special = changed;
+            return true;
+        },
+        MergeKey(kFieldSpecial, field));
+}
+
+QUndoCommand* MakeSubObjectRadiusCommand(Document& doc, int s, float radius) {
+    return new SubObjectFieldCommand<float>(doc, "Sub-Model Radius", s, &SubObject::Radius, radius);
+}
+
+QUndoCommand* MakeOffsetCommand(Document& doc, int s, Vector3 offset, bool pivotOnly) {
+    if (pivotOnly) {
+        return new ModelCommand(
+            doc, "Move Pivot", SlotScope(doc.model(), s),
+            kChangeSubObject | kChangeGeometry | kChangePoints | kChangeModel,
+            [s, offset](ModelData& model, SelectionState&) {
+                if (!model.IsRecord(s) || model.Sub(s).Offset == offset) return false;
+                const Vector3 delta = Subtract(offset, model.Sub(s).Offset);
+                model.Sub(s).Offset = offset;
+                MovePivot(model, s, delta);
+                return true;
+            },
+            MergeKey(kFieldPivot, s));
+    }
+    return new ModelCommand(
+        doc, "Move Sub-Model", GeometryScope::None(), kChangeSubObject | kChangeModel,
+        [s, offset](ModelData& model, SelectionState&) {
+            if (!model.IsRecord(s) || model.Sub(s).Offset == offset) return false;
+            model.Sub(s).Offset = offset;
+            MoveSOBJ(model);
+            return true;
+        },
+        MergeKey(kFieldOffset, s));
+}
+
+QUndoCommand* MakeStorePropertyCommand(Document& doc, int s, std::uint32_t flag,
+                                       const PropertyValues& values) {
+    return new ModelCommand(
+        doc, "Sub-Model Property", GeometryScope::None(), kChangeSubObject | kChangeBatteries,
+        [s, flag, values](ModelData& model, SelectionState&) {
+            if (!model.IsRecord(s)) return false;
+            SubObject changed = model.Sub(s);
+            if (flag == kPropRotate) changed.RotateSpeed = values.RotatePeriod;
+            if (flag == kPropFov) changed.FovValues = values.Fov;
+            if (flag == kPropGlow) {
+                changed.GlowColor = values.GlowColor;
+                changed.GlowSize = values.GlowSize;
+            }
+            if (!ComposeProperties(changed, flag)) return false;
+            SubObject& sub = model.Sub(s);
+            if (changed.Properties == sub.Properties && changed.PropertyFlags == sub.PropertyFlags)
+                return false;
+            if (sub.PropertyFlags == kPropFov && flag != kPropFov) RemoveWBATturret(model, s);
+            sub.PropertyFlags = changed.PropertyFlags;
+            sub.Properties = changed.Properties;
+            sub.RotateSpeed = changed.RotateSpeed;
+            sub.FovValues = changed.FovValues;
+            sub.GlowColor = changed.GlowColor;
+            sub.GlowSize = changed.GlowSize;
+            return true;
+        },
+        MergeKey(kFieldProperty, s));
+}
+
+}  // namespace mw

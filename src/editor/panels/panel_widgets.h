@@ -1,0 +1,28 @@
+// Small builders the panels share: headings, spinners configured as the panels give them,
+// labelled rows whose label names the control for assistive tools.
+#pragma once
+
+#include <QString>
+
+class QCheckBox;
+class QGridLayout;
+class QLabel;
+class QWidget;
+
+namespace mw {
+
+class spinControl;
+
+QLabel* MakeHeading(QWidget* parent, const QString& text);
+
+spinControl* MakeSpinner(QWidget* parent, const QString& name, const QString& accessibleName,
+                         float min, float max, const QString& format, float step, float power);
+
+// A row of a grid: the label in column 0 (naming the control), the control beside it.
+void AddRow(QGridLayout* grid, int row, const QString& label, QWidget* control);
+
+// Three spinners X, Y and Z for a position, named name_0 to name_2.
+void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QString& caption,
+                   spinControl* (&spinners)[3]);
+
+}  // namespace mw
