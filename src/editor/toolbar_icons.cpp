@@ -282,10 +282,13 @@ const std::map<QString, Painter>& Painters() {
 }  // namespace
 
 QIcon ToolbarIcon(const QString& key) {
+    // Drawn once each: the tree asks for its node pictures on every rebuild.
+    static std::map<QString, QIcon> cache;
+    if (const auto hit = cache.find(key); hit != cache.end()) return hit->second;
     const auto& painters = Painters();
     const auto it = painters.find(key);
     if (it == painters.end()) return {};
-    QIcon icon;
+    QIcon& icon = cache[key];
     for (int scale : {1, 2}) {
         QPixmap pixmap(kSize * scale, kSize * scale);
         pixmap.fill(Qt::transparent);

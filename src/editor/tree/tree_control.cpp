@@ -70,7 +70,18 @@ void treeControl::Clear() {
     pressItem_ = nullptr;
     settingLabel_ = true;
     clear();
+    nodes_.clear();
     settingLabel_ = false;
+}
+
+void treeControl::RemoveNode(QTreeWidgetItem* item) {
+    if (item == nullptr) return;
+    for (int i = item->childCount() - 1; i >= 0; --i)
+        RemoveNode(item->child(i));
+    if (item == pressItem_) pressItem_ = nullptr;
+    if (item == target_) target_ = nullptr;
+    nodes_.remove(KeyOf(item));
+    delete item;
 }
 
 QTreeWidgetItem* treeControl::AddItem(const QString& parentKey, const QString& key,
@@ -84,14 +95,12 @@ QTreeWidgetItem* treeControl::AddItem(const QString& parentKey, const QString& k
     item->setData(0, kLabelRole, text);
     if (editable) item->setFlags(item->flags() | Qt::ItemIsEditable);
     settingLabel_ = false;
+    nodes_.insert(key, item);
     return item;
 }
 
 QTreeWidgetItem* treeControl::FindNode(const QString& key) const {
-    for (QTreeWidgetItemIterator it(const_cast<treeControl*>(this)); *it != nullptr; ++it) {
-        if (KeyOf(*it) == key) return *it;
-    }
-    return nullptr;
+    return nodes_.value(key, nullptr);
 }
 
 QString treeControl::KeyOf(const QTreeWidgetItem* item) {

@@ -4,6 +4,7 @@
 // onto its own descendants. Its events carry node keys.
 #pragma once
 
+#include <QHash>
 #include <QIcon>
 #include <QString>
 #include <QTreeWidget>
@@ -31,6 +32,8 @@ class treeControl : public QTreeWidget {
     QTreeWidgetItem* AddItem(const QString& parentKey, const QString& key, const QString& text,
                              const QIcon& icon, bool editable = false);
     QTreeWidgetItem* FindNode(const QString& key) const;
+    // Removes a node (with its children).
+    void RemoveNode(QTreeWidgetItem* item);
     static QString KeyOf(const QTreeWidgetItem* item);
     // Selects the node of a key without raising events, and shows it.
     void SelectKey(const QString& key);
@@ -67,6 +70,7 @@ class treeControl : public QTreeWidget {
     void Refuse(bool combine);
 
     Prompts* prompts_ = nullptr;
+    QHash<QString, QTreeWidgetItem*> nodes_;
     bool mouseDown_ = false;
     bool dragging_ = false;
     bool settingLabel_ = false;
