@@ -108,7 +108,7 @@ void ModelTree::PopulatePointNodes() {
         if (treeControl::KeyOf(*it).endsWith('P')) points.push_back(*it);
     }
     for (auto it = points.rbegin(); it != points.rend(); ++it)
-        delete *it;
+        tree_.RemoveNode(*it);
 
     const ModelData& model = doc_.model();
     std::vector<QString> subObjects;
