@@ -366,6 +366,7 @@ TEST_F(EditorTest, EveryControlHasAnAccessibleName) {
 TEST_F(EditorTest, Screenshot) {
     const char* path = std::getenv("MW_SCREENSHOT");
     if (path == nullptr) GTEST_SKIP() << "set MW_SCREENSHOT to a PNG path to take it";
+    window_->resize(1100, 800);
     ASSERT_TRUE(window_->LoadModel(kShip));
     doc().SelectSubObject(3);
     QTest::qWait(100);
