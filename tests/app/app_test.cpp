@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include "app/logo.h"
@@ -107,6 +108,31 @@ TEST(ProgressDialogTest, ShowsEachReportWhileTheDataIsRead) {
     EXPECT_EQ(progress.text(), "Reading d3.hog");  // an empty text keeps the line
     progress.End();
     EXPECT_FALSE(progress.isVisible());
+}
+
+}  // namespace
+}  // namespace mw
+
+namespace mw {
+namespace {
+
+TEST(HelpTest, EveryPageOfTheManualLinksToPagesThatExist) {
+    const QDir help(MW_SOURCE_DIR "/docs/help");
+    const QStringList pages = help.entryList({"*.html"});
+    ASSERT_TRUE(pages.contains("index.html"));
+    const QRegularExpression link(R"(href="([^"#:]+))");
+    int links = 0;
+    for (const QString& page : pages) {
+        QFile file(help.filePath(page));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        for (auto it = link.globalMatch(text); it.hasNext(); ++links) {
+            const QString target = it.next().captured(1);
+            EXPECT_TRUE(help.exists(target))
+                << page.toStdString() << " -> " << target.toStdString();
+        }
+    }
+    EXPECT_GT(links, pages.size());
 }
 
 }  // namespace
