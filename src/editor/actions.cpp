@@ -84,6 +84,22 @@ QAction* MainActions::Add(QMenu* menu, const char* name, const QString& caption,
     return a;
 }
 
+std::vector<QAction*> MainActions::AddChoices(QMenu* menu, const QString& name,
+                                              const QStringList& captions,
+                                              const std::function<void(int)>& chosen) {
+    auto* group = new QActionGroup(this);
+    std::vector<QAction*> items;
+    for (int i = 0; i < static_cast<int>(captions.size()); ++i) {
+        const QString itemName = QString("%1_%2").arg(name).arg(i);
+        QAction* a = Add(menu, itemName.toLatin1().constData(), captions[i]);
+        a->setCheckable(true);
+        group->addAction(a);
+        connect(a, &QAction::triggered, this, [chosen, i] { chosen(i); });
+        items.push_back(a);
+    }
+    return items;
+}
+
 QAction* MainActions::AddToggle(QMenu* menu, const char* name, const QString& caption, bool* flag) {
     QAction* a = Add(menu, name, caption);
     a->setCheckable(true);
@@ -191,30 +207,18 @@ void MainActions::BuildModeMenu() {
     auto* mode = new QMenu("Mode", &window_);
     mode->setObjectName("mnuViewModeMain");
     menus_["mnuViewModeMain"] = mode;
-    auto* modes = new QActionGroup(this);
-    for (int i = 0; i < 4; ++i) {
-        const QString name = QString("mnuViewMode_%1").arg(i);
-        QAction* a = Add(mode, name.toLatin1().constData(), kModeNames[i]);
-        a->setCheckable(true);
-        modes->addAction(a);
-        modeItems_[static_cast<std::size_t>(i)] = a;
-        connect(a, &QAction::triggered, this,
-                [this, i] { viewport_.SetViewMode(static_cast<ViewMode>(i)); });
-    }
+    const auto modes = AddChoices(mode, "mnuViewMode", {kModeNames, kModeNames + 4}, [this](int i) {
+        viewport_.SetViewMode(static_cast<ViewMode>(i));
+    });
+    std::copy(modes.begin(), modes.end(), modeItems_.begin());
     mode->addSeparator()->setObjectName("mnuModeSeperator");
     QMenu* view = mode->addMenu("View");
     view->setObjectName("mnuViewTypeMain");
     menus_["mnuViewTypeMain"] = view;
-    auto* types = new QActionGroup(this);
-    for (int i = 0; i < 4; ++i) {
-        const QString name = QString("mnuViewType_%1").arg(i);
-        QAction* a = Add(view, name.toLatin1().constData(), kTypeNames[i]);
-        a->setCheckable(true);
-        types->addAction(a);
-        typeItems_[static_cast<std::size_t>(i)] = a;
-        connect(a, &QAction::triggered, this,
-                [this, i] { viewport_.SetViewType(static_cast<ViewType>(i)); });
-    }
+    const auto types = AddChoices(view, "mnuViewType", {kTypeNames, kTypeNames + 4}, [this](int i) {
+        viewport_.SetViewType(static_cast<ViewType>(i));
+    });
+    std::copy(types.begin(), types.end(), typeItems_.begin());
     view->addSeparator()->setObjectName("mnuViewSep1");
     AddToggle(view, "mnuView3D", "3-D Mode", &viewport_.display().ThreeD);
     connect(&viewport_, &Viewport::contextMenuRequested, mode,
@@ -243,18 +247,10 @@ void MainActions::BuildAnimationMenu() {
     QMenu* filter = anim->addMenu("Filter Keys");
     filter->setObjectName("mnuKeyFilter");
     menus_["mnuKeyFilter"] = filter;
-    auto* filters = new QActionGroup(this);
-    const char* const filterNames[3] = {"All", "Positional", "Rotational"};
-    for (int i = 0; i < 3; ++i) {
-        const QString name = QString("mnuFilter_%1").arg(i);
-        QAction* a = Add(filter, name.toLatin1().constData(), filterNames[i]);
-        a->setCheckable(true);
-        filters->addAction(a);
-        connect(a, &QAction::triggered, this, [this, i] {
-            doc_.animation().keyFilter = i;
-            emit doc_.keysChanged(doc_.selection().curSOBJ);
-        });
-    }
+    AddChoices(filter, "mnuFilter", {"All", "Positional", "Rotational"}, [this](int i) {
+        doc_.animation().keyFilter = i;
+        emit doc_.keysChanged(doc_.selection().curSOBJ);
+    });
     anim->addSeparator()->setObjectName("mnuAnimationSep2");
     AddToggle(anim, "mnuViewRotator", "View Rotator Animation",
               &viewport_.display().RotatorAnimation);

@@ -6,7 +6,9 @@
 #include <QKeySequence>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <array>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -61,6 +63,9 @@ class MainActions : public QObject {
   private:
     QAction* Add(QMenu* menu, const char* name, const QString& caption,
                  const QKeySequence& shortcut = {});
+    // Items of which one is checked ("NAME_0", "NAME_1", ...); `chosen` gets the index.
+    std::vector<QAction*> AddChoices(QMenu* menu, const QString& name, const QStringList& captions,
+                                     const std::function<void(int)>& chosen);
     QAction* AddToggle(QMenu* menu, const char* name, const QString& caption, bool* flag);
     QAction* AddButton(const char* key, const QString& tip, bool checkable);
     void BuildFileMenu();

@@ -39,31 +39,36 @@ SubObject WithoutGeometry(const SubObject& sub) {
     return copy;
 }
 
+// Everything of the model but its sub-object records.
+void CopyModelValues(const ModelData& from, ModelData& to) {
+    to.Version = from.Version;
+    to.Textures = from.Textures;
+    to.Header = from.Header;
+    to.HeaderList = from.HeaderList;
+    to.MergeTable = from.MergeTable;
+    to.GunPoints = from.GunPoints;
+    to.AttachPoints = from.AttachPoints;
+    to.AttachNormals = from.AttachNormals;
+    to.GroundPoints = from.GroundPoints;
+    to.Special = from.Special;
+    to.SpecialParked = from.SpecialParked;
+    to.Batteries = from.Batteries;
+    to.PinfText = from.PinfText;
+    to.FrameMin = from.FrameMin;
+    to.FrameMax = from.FrameMax;
+    to.HasPANI = from.HasPANI;
+    to.HasRANI = from.HasRANI;
+    to.PushFlags = from.PushFlags;
+    to.PopFlags = from.PopFlags;
+}
+
 }  // namespace
 
 ModelSnapshot::ModelSnapshot(const ModelData& model, const GeometryScope& scope) {
-    structure_.Version = model.Version;
-    structure_.Textures = model.Textures;
-    structure_.Header = model.Header;
-    structure_.HeaderList = model.HeaderList;
+    CopyModelValues(model, structure_);
     structure_.SubObjects.reserve(model.SubObjects.size());
     for (const SubObject& sub : model.SubObjects)
         structure_.SubObjects.push_back(WithoutGeometry(sub));
-    structure_.MergeTable = model.MergeTable;
-    structure_.GunPoints = model.GunPoints;
-    structure_.AttachPoints = model.AttachPoints;
-    structure_.AttachNormals = model.AttachNormals;
-    structure_.GroundPoints = model.GroundPoints;
-    structure_.Special = model.Special;
-    structure_.SpecialParked = model.SpecialParked;
-    structure_.Batteries = model.Batteries;
-    structure_.PinfText = model.PinfText;
-    structure_.FrameMin = model.FrameMin;
-    structure_.FrameMax = model.FrameMax;
-    structure_.HasPANI = model.HasPANI;
-    structure_.HasRANI = model.HasRANI;
-    structure_.PushFlags = model.PushFlags;
-    structure_.PopFlags = model.PopFlags;
 
     const int records = static_cast<int>(model.SubObjects.size());
     if (scope.All) {
@@ -94,26 +99,8 @@ bool ModelSnapshot::Restore(ModelData& model) const {
         sub.Faces = g.Faces;
         sub.Corners = g.Corners;
     }
-    model.Version = structure_.Version;
-    model.Textures = structure_.Textures;
-    model.Header = structure_.Header;
-    model.HeaderList = structure_.HeaderList;
+    CopyModelValues(structure_, model);
     model.SubObjects = std::move(subs);
-    model.MergeTable = structure_.MergeTable;
-    model.GunPoints = structure_.GunPoints;
-    model.AttachPoints = structure_.AttachPoints;
-    model.AttachNormals = structure_.AttachNormals;
-    model.GroundPoints = structure_.GroundPoints;
-    model.Special = structure_.Special;
-    model.SpecialParked = structure_.SpecialParked;
-    model.Batteries = structure_.Batteries;
-    model.PinfText = structure_.PinfText;
-    model.FrameMin = structure_.FrameMin;
-    model.FrameMax = structure_.FrameMax;
-    model.HasPANI = structure_.HasPANI;
-    model.HasRANI = structure_.HasRANI;
-    model.PushFlags = structure_.PushFlags;
-    model.PopFlags = structure_.PopFlags;
     return true;
 }
 

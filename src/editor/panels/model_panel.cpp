@@ -75,14 +75,8 @@ void ModelPanel::connectSignals() {
                         &Document::structureChanged, &Document::selectionChanged}) {
         connect(&doc_, signal, this, &ModelPanel::ShowModelPanel);
     }
-    connect(chkShowModelRadius_, &QCheckBox::toggled, this, [this](bool on) {
-        doc_.display().ShowModelRadius = on;
-        doc_.DisplayChanged();
-    });
-    connect(chkShowSPCLRadius_, &QCheckBox::toggled, this, [this](bool on) {
-        doc_.display().ShowSPCLRadius = on;
-        doc_.DisplayChanged();
-    });
+    BindDisplayFlag(doc_, chkShowModelRadius_, &DisplaySettings::ShowModelRadius);
+    BindDisplayFlag(doc_, chkShowSPCLRadius_, &DisplaySettings::ShowSPCLRadius);
     connect(txtModelRadius_, &spinControl::Change, this, [this] {
         if (!filling_) doc_.Apply(MakeModelRadiusCommand(doc_, txtModelRadius_->Value()));
     });

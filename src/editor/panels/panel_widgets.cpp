@@ -1,9 +1,11 @@
 #include "editor/panels/panel_widgets.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 
+#include "editor/document.h"
 #include "editor/widgets/spin_control.h"
 
 namespace mw {
@@ -47,6 +49,13 @@ void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QStrin
                                   caption + " " + axes[i], -90000, 90000, "####0.00", 0.01f, 1.25f);
         AddRow(grid, row + i, QString(axes[i]) + ":", spinners[i]);
     }
+}
+
+void BindDisplayFlag(Document& doc, QCheckBox* box, bool DisplaySettings::*flag) {
+    QObject::connect(box, &QCheckBox::toggled, &doc, [&doc, flag](bool on) {
+        doc.display().*flag = on;
+        doc.DisplayChanged();
+    });
 }
 
 }  // namespace mw

@@ -11,7 +11,12 @@ class QWidget;
 
 namespace mw {
 
+class Document;
 class spinControl;
+struct DisplaySettings;
+
+// A check box that switches one of the viewport's display aids.
+void BindDisplayFlag(Document& doc, QCheckBox* box, bool DisplaySettings::*flag);
 
 QLabel* MakeHeading(QWidget* parent, const QString& text);
 

@@ -226,14 +226,8 @@ void SubObjectPanel::connectSignals() {
         if (s == doc_.selection().curSOBJ) ShowSubModelPanel();
     });
     connect(&doc_, &Document::geometryChanged, this, [this] { ShowSubModelPanel(); });
-    connect(chkShowSOBJRadius_, &QCheckBox::toggled, this, [this](bool on) {
-        doc_.display().ShowSOBJRadius = on;
-        doc_.DisplayChanged();
-    });
-    connect(chkShowSOBJBounding_, &QCheckBox::toggled, this, [this](bool on) {
-        doc_.display().ShowSOBJBounding = on;
-        doc_.DisplayChanged();
-    });
+    BindDisplayFlag(doc_, chkShowSOBJRadius_, &DisplaySettings::ShowSOBJRadius);
+    BindDisplayFlag(doc_, chkShowSOBJBounding_, &DisplaySettings::ShowSOBJBounding);
     connect(txtSOBJName_, &QLineEdit::editingFinished, this, &SubObjectPanel::CommitName);
     connect(txtSOBJRadius_, &spinControl::Change, this, [this] {
         const int s = doc_.selection().curSOBJ;
