@@ -61,6 +61,7 @@ MainActions::MainActions(QMainWindow& window, Document& doc, Viewport& viewport,
     SyncViewChecks();
     connectSignals();
     UpdateEnabling();
+    UpdateFileEnabling();
 }
 
 QAction* MainActions::action(const QString& name) const {
@@ -144,7 +145,10 @@ void MainActions::BuildFileMenu() {
     recentSeparator_->setVisible(false);
     connect(Add(file, "mnuFileExit", "E&xit", QKeySequence("Ctrl+X")), &QAction::triggered,
             &window_, &QWidget::close);
-    connect(file, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
+    connect(file, &QMenu::aboutToShow, this, [this] {
+        UpdateEnabling();
+        UpdateFileEnabling();
+    });
 }
 
 void MainActions::BuildEditMenu() {
@@ -427,6 +431,13 @@ void MainActions::FillRecentMenu() {
     recentSeparator_->setVisible(shown > 0);
 }
 
+// Import P3D looks for the compiler on disk, so it is checked when the File menu opens.
+void MainActions::UpdateFileEnabling() {
+    action("mnuFileImportP3D")
+        ->setEnabled(isSignalConnected(QMetaMethod::fromSignal(&MainActions::importP3DRequested)) &&
+                     CompilerConfigured(settings_));
+}
+
 void MainActions::UpdateEditEnabling() {
     const EditEnabling e = ComputeEditEnabling(doc_.model(), doc_.selection());
     action("mnuEditDelete")->setEnabled(e.Delete);
@@ -442,9 +453,6 @@ void MainActions::UpdateEnabling() {
                              "mnuRecalcVertNormals", "mnuToolsScale"}) {
         action(name)->setEnabled(ready);
     }
-    action("mnuFileImportP3D")
-        ->setEnabled(CompilerConfigured(settings_) &&
-                     isSignalConnected(QMetaMethod::fromSignal(&MainActions::importP3DRequested)));
     const bool preferences =
         isSignalConnected(QMetaMethod::fromSignal(&MainActions::preferencesRequested));
     action("mnuFilePreferences")->setEnabled(preferences);

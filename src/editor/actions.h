@@ -47,6 +47,7 @@ class MainActions : public QObject {
     // Sets the enabling of every menu and tool bar item for the model and the selection.
     void UpdateEnabling();
     void UpdateEditEnabling();
+    void UpdateFileEnabling();
 
     // Sets the Edit menu's enabling and pops it up (the tree's context menu).
     void PopupEditMenu(const QPoint& globalPos);

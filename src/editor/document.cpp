@@ -4,6 +4,30 @@
 
 namespace mw {
 
+SelectionState RootSelected(SelectionState sel) {
+    sel.curSOBJ = sel.hiliteSOBJ = sel.hiliteSOBJ2 = -1;
+    sel.curPNT = -1;
+    sel.curPNTtype.clear();
+    return sel;
+}
+
+SelectionState SubObjectSelected(SelectionState sel, int s) {
+    if (s == -1) return RootSelected(sel);
+    sel.hiliteSOBJ2 = -1;
+    sel.curSOBJ = sel.hiliteSOBJ = s;
+    sel.curPNT = -1;
+    sel.curPNTtype.clear();
+    return sel;
+}
+
+SelectionState PointSelected(SelectionState sel, PointType type, int i) {
+    sel.hiliteSOBJ2 = -1;
+    sel.curSOBJ = sel.hiliteSOBJ = -1;
+    sel.curPNT = i;
+    sel.curPNTtype = PointTag(type);
+    return sel;
+}
+
 Document::Document(clsOOF& oof, QObject* parent) : QObject(parent), oof_(oof) {
     connect(&undo_, &QUndoStack::cleanChanged, this, &Document::cleanChanged);
 }
@@ -33,37 +57,18 @@ void Document::ResetModel(bool ready) {
     animation_.animPlaying = false;
     emit modelReset();
     if (wasReady != selection_.modelReady) emit selectionChanged();
-    emit cleanChanged(true);
 }
 
 void Document::SelectRoot() {
-    SelectionState s = selection_;
-    s.curSOBJ = s.hiliteSOBJ = s.hiliteSOBJ2 = -1;
-    s.curPNT = -1;
-    s.curPNTtype.clear();
-    SetSelection(s);
+    SetSelection(RootSelected(selection_));
 }
 
 void Document::SelectSubObject(int s) {
-    if (s == -1) {
-        SelectRoot();
-        return;
-    }
-    SelectionState sel = selection_;
-    sel.hiliteSOBJ2 = -1;
-    sel.curSOBJ = sel.hiliteSOBJ = s;
-    sel.curPNT = -1;
-    sel.curPNTtype.clear();
-    SetSelection(sel);
+    SetSelection(SubObjectSelected(selection_, s));
 }
 
 void Document::SelectPoint(PointType type, int i) {
-    SelectionState sel = selection_;
-    sel.hiliteSOBJ2 = -1;
-    sel.curSOBJ = sel.hiliteSOBJ = -1;
-    sel.curPNT = i;
-    sel.curPNTtype = PointTag(type);
-    SetSelection(sel);
+    SetSelection(PointSelected(selection_, type, i));
 }
 
 void Document::SetSelection(const SelectionState& selection) {

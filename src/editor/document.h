@@ -16,6 +16,12 @@ class QUndoCommand;
 
 namespace mw {
 
+// The selection after choosing the root, sub-object s (-1: the root) or point i of a type;
+// the drop-target highlight is cleared.
+SelectionState RootSelected(SelectionState sel);
+SelectionState SubObjectSelected(SelectionState sel, int s);
+SelectionState PointSelected(SelectionState sel, PointType type, int i);
+
 // What a command changed; views refresh by these.
 enum ModelChange : unsigned {
     kChangeStructure = 0x1,  // hierarchy, save slots, sub-objects removed: tree rebuilt

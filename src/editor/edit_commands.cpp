@@ -13,22 +13,6 @@ GeometryScope CombineScope(const ModelData& model, int a) {
     return GeometryScope::Of(model.MergeTable[static_cast<std::size_t>(k)]);
 }
 
-SelectionState SubObjectSelected(SelectionState sel, int s) {
-    sel.hiliteSOBJ2 = -1;
-    sel.curSOBJ = sel.hiliteSOBJ = s;
-    sel.curPNT = -1;
-    sel.curPNTtype.clear();
-    return sel;
-}
-
-SelectionState PointSelected(SelectionState sel, PointType type, int i) {
-    sel.hiliteSOBJ2 = -1;
-    sel.curSOBJ = sel.hiliteSOBJ = -1;
-    sel.curPNT = i;
-    sel.curPNTtype = PointTag(type);
-    return sel;
-}
-
 }  // namespace
 
 ModelCommand::ModelCommand(Document& doc, const QString& text, GeometryScope scope,
@@ -128,16 +112,15 @@ QUndoCommand* MakeDeleteCommand(Document& doc) {
     return new ModelCommand(doc, "Delete", GeometryScope::None(),
                             kChangeStructure | kChangePoints | kChangeBatteries | kChangeModel,
                             [s](ModelData& model, SelectionState& sel) {
-                                if (s == -1 || GetArrayIndex(model, s) < 0) return false;
-                                // The last top-level sub-object stays.
-                                if (model.Sub(s).Parent == -1 && TopLevelCount(model) < 2)
+                                // The Edit menu's rule: the last top-level sub-object stays.
+                                if (GetArrayIndex(model, s) < 0 ||
+                                    !ComputeEditEnabling(model, SubObjectSelected({}, s)).Delete)
                                     return false;
                                 const int next = SelectionAfterDelete(model, s);
                                 if (!DeleteSOBJ(model, s)) return false;
                                 CreatePushPop(model);
                                 MoveSOBJ(model);
-                                sel = next == -1 ? SubObjectSelected(sel, -1)
-                                                 : SubObjectSelected(sel, next);
+                                sel = SubObjectSelected(sel, next);
                                 return true;
                             });
 }

@@ -7,9 +7,7 @@
 namespace mw {
 
 void AddToRecent(std::vector<std::string>& list, const std::string& path) {
-    for (int n = static_cast<int>(list.size()); n >= 1; --n) {
-        if (list[static_cast<std::size_t>(n - 1)] == path) RemoveRecent(list, n);
-    }
+    std::erase(list, path);
     list.insert(list.begin(), path);
     if (list.size() > static_cast<std::size_t>(kMaxRecentFiles)) list.resize(kMaxRecentFiles);
 }

@@ -80,7 +80,7 @@ void Viewport::connectSignals() {
     connect(&doc_, &Document::modelValuesChanged, this, [this] { FollowRadius(); });
     for (auto signal :
          {&Document::pointsChanged, &Document::batteriesChanged, &Document::highlightChanged,
-          &Document::selectionChanged, &Document::frameChanged, &Document::modelValuesChanged}) {
+          &Document::selectionChanged, &Document::frameChanged}) {
         connect(&doc_, signal, this, redraw);
     }
     connect(&doc_, &Document::subObjectChanged, this, redraw);
@@ -145,16 +145,6 @@ void Viewport::LoadModelGL() {
     doneCurrent();
     viewAngles_.assign(model.SubObjects.size(), 0.0f);
     FitView();
-}
-
-void Viewport::ReloadTextures() {
-    if (!glReady_) return;
-    makeCurrent();
-    LoadModelTextures(doc_.model(), doc_.ModelTitle().toStdString(), game_, settings_, missing_,
-                      renderer_, textures_);
-    renderer_.BuildSubObjectLists(doc_.model(), textures_.Slots);
-    doneCurrent();
-    update();
 }
 
 void Viewport::RebuildLists(const std::vector<int>& records) {

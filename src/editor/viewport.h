@@ -39,8 +39,6 @@ class Viewport : public QOpenGLWidget {
     void SetViewMode(ViewMode mode);
     void SetViewType(ViewType type);
     void SetTextureAnimation(bool on);
-    // Resolves and uploads the model's textures again (after the game data changed).
-    void ReloadTextures();
     // Loads the glow sprites' texture and the background picture (once the game data has
     // been read); waits for the OpenGL context when it is not there yet.
     void LoadEffects();

@@ -101,13 +101,11 @@ void PanelHost::resizeEvent(QResizeEvent* e) {
     ApplySplit();
 }
 
-// Each frame is as wide as the area and at least as tall; a taller one can be dragged.
-void PanelHost::FitFrames() {
-    for (auto& [key, frame] : frames_) {
-        frame->resize(area_->width(), std::max(area_->height(), frame->sizeHint().height()));
-        if (frame->y() < area_->height() - frame->height() || frame->height() <= area_->height())
-            frame->move(0, std::min(0, std::max(frame->y(), area_->height() - frame->height())));
-    }
+// A frame is as wide as the area and at least as tall; a taller one keeps its top between the
+// area's top and the point where its bottom meets the area's bottom.
+void PanelHost::FitFrame(QWidget* frame, int top) {
+    frame->resize(area_->width(), std::max(area_->height(), frame->sizeHint().height()));
+    frame->move(0, std::clamp(top, area_->height() - frame->height(), 0));
 }
 
 void PanelHost::AddPanel(const QString& key, QWidget* frame) {
@@ -130,8 +128,7 @@ void PanelHost::ShowPanel(const QString& key) {
     if (next == nullptr) return;
     if (QWidget* current = FindPanel(shown_); current != nullptr && current != next)
         current->hide();
-    next->resize(area_->width(), std::max(area_->height(), next->sizeHint().height()));
-    next->move(0, 0);
+    FitFrame(next, 0);
     next->show();
     shown_ = key;
 }
@@ -169,7 +166,10 @@ void PanelHost::RefreshPanels(bool reload) {
 // A frame taller than the panel area is dragged up and down with the left button.
 bool PanelHost::eventFilter(QObject* watched, QEvent* e) {
     if (watched == area_) {
-        if (e->type() == QEvent::Resize) FitFrames();
+        if (e->type() == QEvent::Resize) {
+            for (auto& [key, frame] : frames_)
+                FitFrame(frame, frame->y());
+        }
         return false;
     }
     auto* widget = qobject_cast<QWidget*>(watched);
@@ -195,9 +195,7 @@ bool PanelHost::eventFilter(QObject* watched, QEvent* e) {
             if (draggedFrame_ != frame) break;
             auto* m = static_cast<QMouseEvent*>(e);
             const int y = static_cast<int>(m->globalPosition().y());
-            const int top =
-                std::clamp(frame->y() + y - dragY_, area_->height() - frame->height(), 0);
-            frame->move(0, top);
+            FitFrame(frame, frame->y() + y - dragY_);
             dragY_ = y;
             return true;
         }

@@ -54,7 +54,7 @@ class PanelHost : public QWidget {
   private:
     void connectSignals();
     void ApplySplit();
-    void FitFrames();
+    void FitFrame(QWidget* frame, int top);
     void TabClicked(int index);
 
     Document& doc_;

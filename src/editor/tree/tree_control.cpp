@@ -197,9 +197,13 @@ void treeControl::mouseMoveEvent(QMouseEvent* e) {
     }
 }
 
-// Within one row's height of an edge.
+// One row's height.
+int treeControl::EdgeMargin() const {
+    return std::max(8, sizeHintForRow(0));
+}
+
 bool treeControl::NearEdge(const QPoint& pos) const {
-    const int margin = std::max(8, sizeHintForRow(0));
+    const int margin = EdgeMargin();
     const QRect area = viewport()->rect();
     return pos.y() < area.top() + margin || pos.y() > area.bottom() - margin ||
            pos.x() < area.left() + margin || pos.x() > area.right() - margin;
@@ -223,7 +227,7 @@ void treeControl::AutoScrollTick() {
         return;
     }
     const QRect area = viewport()->rect();
-    const int margin = std::max(8, sizeHintForRow(0));
+    const int margin = EdgeMargin();
     QScrollBar* v = verticalScrollBar();
     QScrollBar* h = horizontalScrollBar();
     if (lastPos_.y() < area.top() + margin && v->value() > v->minimum()) {

@@ -66,6 +66,7 @@ class treeControl : public QTreeWidget {
     void StartDrag(const QPoint& pos);
     void EndDrag();
     void SetDropTarget(QTreeWidgetItem* item);
+    int EdgeMargin() const;
     bool NearEdge(const QPoint& pos) const;
     void Refuse(bool combine);
 
