@@ -28,6 +28,8 @@ class MessageBoxes : public MessageSink {
 
 void PrepareApplication() {
     ApplyViewFormat();
+    // The texture preview draws the viewport's textures from its own context.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
 }
 
 Application::Application(const std::string& programDir, Prompts* prompts)

@@ -11,9 +11,12 @@
 #include "editor/dialogs/help_window.h"
 #include "editor/document.h"
 #include "editor/file_commands.h"
+#include "editor/panels/batteries_panel.h"
 #include "editor/panels/model_panel.h"
 #include "editor/panels/panel_host.h"
+#include "editor/panels/point_panel.h"
 #include "editor/panels/subobject_panel.h"
+#include "editor/panels/textures_panel.h"
 #include "editor/prompts.h"
 #include "editor/tree/model_tree.h"
 #include "editor/tree/tree_control.h"
@@ -41,13 +44,26 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     tree_ = new ModelTree(panels_->tree(), *doc_);
     panels_->AddPanel("Model", new ModelPanel(*doc_));
     panels_->AddPanel("SubModel", new SubObjectPanel(*doc_, *prompts_));
-    panels_->RefreshPanels(true);
+    panels_->AddPanel("Points", new PointPanel(*doc_));
+    auto* batteries = new BatteriesPanel(*doc_);
+    panels_->AddPanel("Batteries", batteries);
+    auto* textures = new TexturesPanel(*doc_, game, settings);
+    panels_->AddPanel("Textures", textures);
+    // The two panels that fill themselves when their tab is shown.
+    connect(panels_, &PanelHost::panelRefreshRequested, this,
+            [batteries, textures](const QString& key, bool reload) {
+                if (!reload) return;
+                if (key == "Batteries") batteries->PopulateBatteryPanel();
+                if (key == "Textures") textures->PopulateTextureList();
+            });
 
     auto* right = new QWidget(columns);
     auto* rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
     viewport_ = new Viewport(*doc_, game, settings, *prompts_, right);
     rightLayout->addWidget(viewport_, 1);
+    textures->AttachViewport(*viewport_, *prompts_);
+    panels_->RefreshPanels(true);
     fraAnimation_ = new QGroupBox("Animation Controls", right);
     fraAnimation_->setObjectName("fraAnimation");
     fraAnimation_->setAccessibleName("Animation Controls");

@@ -1,6 +1,7 @@
 #include "editor/panel_commands.h"
 
 #include "editor/edit_commands.h"
+#include "model/batteries.h"
 #include "model/geometry.h"
 #include "model/properties.h"
 #include "model/structure.h"
@@ -10,6 +11,27 @@ namespace {
 
 int MergeKey(PanelField field, int s = 0) {
     return field * kMergeSpan + s;
+}
+
+int PointMergeKey(PanelField field, PointType type, int i) {
+    return MergeKey(field, static_cast<int>(type) * 1000 + i);
+}
+
+// Sets one vector of point i of a type; nothing when the point is gone or already there.
+QUndoCommand* PointVectorCommand(Document& doc, const QString& text, PanelField field,
+                                 PointType type, int i, Vector3 ModelPoint::*member,
+                                 Vector3 value) {
+    return new ModelCommand(
+        doc, text, GeometryScope::None(), kChangePoints,
+        [type, i, member, value](ModelData& model, SelectionState&) {
+            auto& list = model.Points(type);
+            if (i < 0 || i >= static_cast<int>(list.size())) return false;
+            Vector3& stored = list[static_cast<std::size_t>(i)].*member;
+            if (stored == value) return false;
+            stored = value;
+            return true;
+        },
+        PointMergeKey(field, type, i));
 }
 
 GeometryScope SlotScope(const ModelData& model, int s) {
@@ -123,6 +145,37 @@ QUndoCommand* MakeStorePropertyCommand(Document& doc, int s, std::uint32_t flag,
             return true;
         },
         MergeKey(kFieldProperty, s));
+}
+
+QUndoCommand* MakePointLocationCommand(Document& doc, PointType type, int i, Vector3 position) {
+    return PointVectorCommand(doc, "Move Point", kFieldPointLocation, type, i,
+                              &ModelPoint::Position, position);
+}
+
+QUndoCommand* MakePointDirectionCommand(Document& doc, PointType type, int i, Vector3 direction) {
+    return PointVectorCommand(doc, "Point Direction", kFieldPointDirection, type, i,
+                              &ModelPoint::Normal, direction);
+}
+
+QUndoCommand* MakeAddBatteryCommand(Document& doc) {
+    return new ModelCommand(doc, "Add Battery", GeometryScope::None(), kChangeBatteries,
+                            [](ModelData& model, SelectionState&) { return AddWBAT(model); });
+}
+
+QUndoCommand* MakeDeleteBatteryCommand(Document& doc, int b) {
+    return new ModelCommand(doc, "Delete Battery", GeometryScope::None(), kChangeBatteries,
+                            [b](ModelData& model, SelectionState&) { return DeleteWBAT(model, b); });
+}
+
+QUndoCommand* MakeBatteryEntryCommand(Document& doc, int b, const std::string& entry, bool add) {
+    return new ModelCommand(doc, add ? "Add to Battery" : "Remove from Battery",
+                            GeometryScope::None(), kChangeBatteries,
+                            [b, entry, add](ModelData& model, SelectionState&) {
+                                const auto found = ParseBatteryEntry(model, entry, !add);
+                                if (!found) return false;
+                                return add ? AddToWBAT(model, b, *found)
+                                           : RemoveFromWBAT(model, b, *found);
+                            });
 }
 
 }  // namespace mw

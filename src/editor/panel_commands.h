@@ -18,6 +18,8 @@ enum PanelField {
     kFieldOffset = 3,
     kFieldPivot = 4,
     kFieldProperty = 5,
+    kFieldPointLocation = 6,
+    kFieldPointDirection = 7,
 };
 
 QUndoCommand* MakeModelRadiusCommand(Document& doc, float radius);
@@ -42,5 +44,15 @@ struct PropertyValues {
 // out of every battery's turret list. A flag that is no property changes nothing.
 QUndoCommand* MakeStorePropertyCommand(Document& doc, int s, std::uint32_t flag,
                                        const PropertyValues& values);
+
+// Point i of a type moves to `position`, or turns to `direction`.
+QUndoCommand* MakePointLocationCommand(Document& doc, PointType type, int i, Vector3 position);
+QUndoCommand* MakePointDirectionCommand(Document& doc, PointType type, int i, Vector3 direction);
+
+// Battery edits: a new empty battery, deleting battery b, and adding or removing one entry
+// of the batteries panel's lists (its text) in battery b.
+QUndoCommand* MakeAddBatteryCommand(Document& doc);
+QUndoCommand* MakeDeleteBatteryCommand(Document& doc, int b);
+QUndoCommand* MakeBatteryEntryCommand(Document& doc, int b, const std::string& entry, bool add);
 
 }  // namespace mw

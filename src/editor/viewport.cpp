@@ -145,6 +145,7 @@ void Viewport::LoadModelGL() {
     doneCurrent();
     viewAngles_.assign(model.SubObjects.size(), 0.0f);
     FitView();
+    emit texturesLoaded();
 }
 
 void Viewport::RebuildLists(const std::vector<int>& records) {

@@ -58,6 +58,8 @@ class Viewport : public QOpenGLWidget {
   signals:
     void contextMenuRequested(QPoint globalPos);
     void viewChanged();  // mode or view type
+    // A model's textures were resolved and uploaded (game names are known now).
+    void texturesLoaded();
 
   protected:
     void initializeGL() override;
