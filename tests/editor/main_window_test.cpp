@@ -25,41 +25,10 @@
 #include "editor/viewport.h"
 #include "support/sample_document.h"
 #include "support/scripted_prompts.h"
+#include "editor_window.h"
 
 namespace mw {
 namespace {
-
-const char* const kShip = MW_SOURCE_DIR "/samples/ship.oof";
-
-class EditorTest : public ::testing::Test {
-  protected:
-    EditorTest() {
-        settings_.D3HogPath = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
-        DeriveArchivePaths(settings_);
-        game_.Hog.ReadHOGs(settings_, nullptr);
-        game_.Gam.ReadGAMs(game_.Hog, settings_, nullptr, nullptr);
-        window_ = std::make_unique<frmOOF>(oof_, game_, settings_, QPixmap(), &prompts_);
-        window_->resize(1000, 700);
-        window_->show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
-        window_->viewport().LoadEffects();
-    }
-
-    Document& doc() { return window_->document(); }
-    QAction* Action(const char* name) { return window_->actions().action(name); }
-    void OpenEditMenu() { emit window_->actions().menu("mnuEdit")->aboutToShow(); }
-
-    QImage ViewportImage() {
-        QApplication::processEvents();
-        return window_->viewport().grabFramebuffer();
-    }
-
-    Settings settings_;
-    GameData game_;
-    clsOOF oof_;
-    test::ScriptedPrompts prompts_;
-    std::unique_ptr<frmOOF> window_;
-};
 
 TEST_F(EditorTest, OpensTheSampleTexturedAndPicksItsParts) {
     ASSERT_TRUE(window_->LoadModel(kShip));
@@ -364,20 +333,13 @@ TEST_F(EditorTest, EveryControlHasAnAccessibleName) {
 }
 
 TEST_F(EditorTest, Screenshot) {
-    const char* path = std::getenv("MW_SCREENSHOT");
-    if (path == nullptr) GTEST_SKIP() << "set MW_SCREENSHOT to a PNG path to take it";
+    const QString path = ScreenshotPath("editor-main.png");
+    if (path.isEmpty()) GTEST_SKIP() << "set MW_SCREENSHOT_DIR to take it";
     window_->resize(1100, 800);
     ASSERT_TRUE(window_->LoadModel(kShip));
     doc().SelectSubObject(3);
     QTest::qWait(100);
-    // The window with the viewport's frame as the screen shows it (opaque).
-    QImage shot = window_->grab().toImage();
-    QPainter painter(&shot);
-    Viewport& view = window_->viewport();
-    painter.drawImage(view.mapTo(window_.get(), QPoint(0, 0)),
-                      ViewportImage().convertToFormat(QImage::Format_RGB32));
-    painter.end();
-    EXPECT_TRUE(shot.save(path));
+    EXPECT_TRUE(WindowImage().save(path));
 }
 
 }  // namespace

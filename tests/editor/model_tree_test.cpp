@@ -155,6 +155,36 @@ TEST_F(ModelTreeTest, PointKeysFollowEveryStructuralEditAndItsUndo) {
     EXPECT_NE(control_.FindNode("2GPNTP"), nullptr);
 }
 
+TEST_F(ModelTreeTest, ConvertingSelectsTheNewPointsNode) {
+    Document& doc = sample_.doc;
+    ModelData& m = doc.model();
+    const ModelPoint gun = m.GunPoints[1];
+    doc.SelectPoint(PointType::GPNT, 1);
+    ASSERT_TRUE(doc.Apply(MakeConvertCommand(doc, PointType::ATCH)));
+    EXPECT_EQ(m.GunPoints.size(), 2u);
+    ASSERT_EQ(m.AttachPoints.size(), 2u);
+    EXPECT_EQ(m.AttachPoints[1].Position, gun.Position);
+    EXPECT_EQ(m.AttachPoints[1].Parent, gun.Parent);
+    EXPECT_EQ(control_.selectedKey(), "1ATCHP");
+    ExpectPointNodesMatchTheModel();
+
+    // The hatch (6), child of the hull, becomes a ground point of the hull at its box centre
+    // in the hull's frame, pointing along its first face's normal made unit length.
+    const SubObject hatch = m.Sub(6);
+    doc.SelectSubObject(6);
+    ASSERT_TRUE(doc.Apply(MakeConvertCommand(doc, PointType::GRND)));
+    ASSERT_EQ(m.GroundPoints.size(), 4u);
+    const ModelPoint& made = m.GroundPoints[3];
+    EXPECT_EQ(made.Parent, 0);
+    EXPECT_FLOAT_EQ(made.Position.X, hatch.Offset.X + (hatch.BoxMin.X + hatch.BoxMax.X) / 2);
+    EXPECT_FLOAT_EQ(made.Position.Y, hatch.Offset.Y + (hatch.BoxMin.Y + hatch.BoxMax.Y) / 2);
+    EXPECT_FLOAT_EQ(made.Position.Z, hatch.Offset.Z + (hatch.BoxMin.Z + hatch.BoxMax.Z) / 2);
+    EXPECT_EQ(made.Normal, Normalize(hatch.Faces.front().Normal));
+    EXPECT_EQ(control_.selectedKey(), "3GRNDP");
+    EXPECT_EQ(control_.FindNode("6S"), nullptr);
+    ExpectPointNodesMatchTheModel();
+}
+
 TEST_F(ModelTreeTest, DeletingTheFirstSlotSelectsTheRoot) {
     Document& doc = sample_.doc;
     doc.oof().data() = test::ModelWithParents({-1, -1});

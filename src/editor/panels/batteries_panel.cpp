@@ -28,6 +28,7 @@ QListWidget* MakeList(QWidget* parent, const QString& name, const QString& capti
     list->setObjectName(name);
     list->setAccessibleName(caption);
     list->setMinimumHeight(90);
+    list->setMaximumHeight(160);
     return list;
 }
 
@@ -61,8 +62,16 @@ BatteriesPanel::BatteriesPanel(Document& doc, QWidget* parent) : QWidget(parent)
     auto* grid = new QGridLayout(battery);
     txtCurrentWBAT_ =
         MakeSpinner(battery, "txtCurrentWBAT", "Current Weapons Battery", 0, 0, "#0", 1, 1);
-    AddRow(grid, 0, "Current Weapons Battery:", txtCurrentWBAT_);
+    txtCurrentWBAT_->setMinimumWidth(60);
+    txtCurrentWBAT_->setMaximumWidth(80);
+    auto* current = new QLabel("Current Weapons Battery:", battery);
+    current->setBuddy(txtCurrentWBAT_);
     cmdDeleteWBAT_ = MakeButton(battery, "cmdDeleteWBAT", "Delete");
+    auto* currentRow = new QHBoxLayout;
+    currentRow->addWidget(current);
+    currentRow->addWidget(txtCurrentWBAT_);
+    currentRow->addStretch(1);
+    grid->addLayout(currentRow, 0, 0, 1, 2);
     grid->addWidget(cmdDeleteWBAT_, 1, 1);
     grid->addWidget(new QLabel("Available", battery), 2, 0);
     grid->addWidget(new QLabel("Assigned", battery), 2, 1);

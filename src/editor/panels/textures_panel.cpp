@@ -42,6 +42,7 @@ TexturesPanel::TexturesPanel(Document& doc, GameData& game, const Settings& sett
     lstTextures_->setObjectName("lstTextures");
     lstTextures_->setAccessibleName("Textures");
     lstTextures_->setMinimumHeight(100);
+    lstTextures_->setMaximumHeight(100);
     grid->addWidget(lstTextures_, 0, 0, 1, 2);
     const char* const captions[2] = {"Texture Name:", "Image Name:"};
     for (int i = 0; i < 2; ++i) {
@@ -67,7 +68,7 @@ TexturesPanel::TexturesPanel(Document& doc, GameData& game, const Settings& sett
 void TexturesPanel::AttachViewport(Viewport& viewport, Prompts& prompts) {
     if (picTexture_ != nullptr) return;
     picTexture_ = new TexturePreview(viewport, prompts, this);
-    picTexture_->setFixedSize(160, 160);
+    picTexture_->setFixedSize(144, 144);
     pictureLayout_->addWidget(picTexture_, 0, Qt::AlignHCenter);
     // Game names are known once the viewport has resolved the textures.
     connect(&viewport, &Viewport::texturesLoaded, this, &TexturesPanel::PopulateTextureList);

@@ -1,0 +1,70 @@
+// The editor window on the sample model and the sample game data, for tests under a real
+// (virtual) X display.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QMenu>
+#include <QPainter>
+#include <QTest>
+#include <cstdlib>
+#include <memory>
+
+#include "editor/actions.h"
+#include "editor/document.h"
+#include "editor/main_window.h"
+#include "editor/viewport.h"
+#include "gamedata/texture_loader.h"
+#include "support/scripted_prompts.h"
+
+namespace mw {
+
+inline constexpr const char* kShip = MW_SOURCE_DIR "/samples/ship.oof";
+
+class EditorTest : public ::testing::Test {
+  protected:
+    EditorTest() {
+        settings_.D3HogPath = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
+        DeriveArchivePaths(settings_);
+        game_.Hog.ReadHOGs(settings_, nullptr);
+        game_.Gam.ReadGAMs(game_.Hog, settings_, nullptr, nullptr);
+        window_ = std::make_unique<frmOOF>(oof_, game_, settings_, QPixmap(), &prompts_);
+        window_->resize(1000, 700);
+        window_->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+        window_->viewport().LoadEffects();
+    }
+
+    Document& doc() { return window_->document(); }
+    QAction* Action(const char* name) { return window_->actions().action(name); }
+    void OpenEditMenu() { emit window_->actions().menu("mnuEdit")->aboutToShow(); }
+
+    QImage ViewportImage() {
+        QApplication::processEvents();
+        return window_->viewport().grabFramebuffer();
+    }
+
+    // The window with the viewport's frame as the screen shows it (opaque).
+    QImage WindowImage() {
+        QImage shot = window_->grab().toImage();
+        QPainter painter(&shot);
+        Viewport& view = window_->viewport();
+        painter.drawImage(view.mapTo(window_.get(), QPoint(0, 0)),
+                          ViewportImage().convertToFormat(QImage::Format_RGB32));
+        return shot;
+    }
+
+    // Screenshots are taken only when MW_SCREENSHOT_DIR names a folder for them.
+    static QString ScreenshotPath(const char* file) {
+        const char* dir = std::getenv("MW_SCREENSHOT_DIR");
+        return dir == nullptr ? QString() : QString("%1/%2").arg(dir, file);
+    }
+
+    Settings settings_;
+    GameData game_;
+    clsOOF oof_;
+    test::ScriptedPrompts prompts_;
+    std::unique_ptr<frmOOF> window_;
+};
+
+}  // namespace mw
