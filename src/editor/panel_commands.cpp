@@ -163,19 +163,19 @@ QUndoCommand* MakeAddBatteryCommand(Document& doc) {
 }
 
 QUndoCommand* MakeDeleteBatteryCommand(Document& doc, int b) {
-    return new ModelCommand(doc, "Delete Battery", GeometryScope::None(), kChangeBatteries,
-                            [b](ModelData& model, SelectionState&) { return DeleteWBAT(model, b); });
+    return new ModelCommand(
+        doc, "Delete Battery", GeometryScope::None(), kChangeBatteries,
+        [b](ModelData& model, SelectionState&) { return DeleteWBAT(model, b); });
 }
 
 QUndoCommand* MakeBatteryEntryCommand(Document& doc, int b, const std::string& entry, bool add) {
-    return new ModelCommand(doc, add ? "Add to Battery" : "Remove from Battery",
-                            GeometryScope::None(), kChangeBatteries,
-                            [b, entry, add](ModelData& model, SelectionState&) {
-                                const auto found = ParseBatteryEntry(model, entry, !add);
-                                if (!found) return false;
-                                return add ? AddToWBAT(model, b, *found)
-                                           : RemoveFromWBAT(model, b, *found);
-                            });
+    return new ModelCommand(
+        doc, add ? "Add to Battery" : "Remove from Battery", GeometryScope::None(),
+        kChangeBatteries, [b, entry, add](ModelData& model, SelectionState&) {
+            const auto found = ParseBatteryEntry(model, entry, !add);
+            if (!found) return false;
+            return add ? AddToWBAT(model, b, *found) : RemoveFromWBAT(model, b, *found);
+        });
 }
 
 }  // namespace mw

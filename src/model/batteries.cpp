@@ -63,10 +63,11 @@ std::vector<std::string> AvailableBatteryEntries(const ModelData& model, int b) 
 
 std::optional<BatteryEntry> ParseBatteryEntry(const ModelData& model, std::string_view text,
                                               bool assignedList) {
-    const bool gunPoint = assignedList ? text.find("GPNT") != std::string_view::npos
-                                       : text.starts_with("GPNT");
-    if (gunPoint) return BatteryEntry{true, LeadingNumber(text.substr(std::min<std::size_t>(
-                                                 4, text.size())))};
+    const bool gunPoint =
+        assignedList ? text.find("GPNT") != std::string_view::npos : text.starts_with("GPNT");
+    if (gunPoint)
+        return BatteryEntry{true,
+                            LeadingNumber(text.substr(std::min<std::size_t>(4, text.size())))};
     for (int k = 0; k < model.SubObjectCount(); ++k) {
         if (model.Sub(model.Head(k)).Name == text) return BatteryEntry{false, model.Head(k)};
     }
@@ -83,9 +84,9 @@ bool AddToWBAT(ModelData& model, int b, const BatteryEntry& entry) {
     if (FindBattery(model, b) == nullptr) return false;
     WeaponBattery& battery = model.Batteries[static_cast<std::size_t>(b)];
     auto& list = entry.GunPoint ? battery.GunPoints : battery.Turrets;
-    const bool exists = entry.GunPoint
-                            ? entry.Index >= 0 && entry.Index < static_cast<int>(model.GunPoints.size())
-                            : model.IsRecord(entry.Index);
+    const bool exists =
+        entry.GunPoint ? entry.Index >= 0 && entry.Index < static_cast<int>(model.GunPoints.size())
+                       : model.IsRecord(entry.Index);
     if (!exists || Contains(list, entry.Index) ||
         static_cast<int>(list.size()) >= kMaxBatteryEntries) {
         return false;

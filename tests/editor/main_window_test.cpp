@@ -23,9 +23,9 @@
 #include "editor/recent_files.h"
 #include "editor/tree/tree_control.h"
 #include "editor/viewport.h"
+#include "editor_window.h"
 #include "support/sample_document.h"
 #include "support/scripted_prompts.h"
-#include "editor_window.h"
 
 namespace mw {
 namespace {

@@ -145,8 +145,8 @@ TEST_F(PanelsWindowTest, Screenshots) {
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-points.png")));
     ShowTab("Batteries");
     doc().SetSelection(SubObjectSelected(doc().selection(), -1));
-    auto* assigned = window_->panels().FindPanel("Batteries")->findChild<QListWidget*>(
-        "lstAssignedWBAT");
+    auto* assigned =
+        window_->panels().FindPanel("Batteries")->findChild<QListWidget*>("lstAssignedWBAT");
     assigned->setCurrentRow(1);
     QTest::qWait(100);
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-batteries.png")));

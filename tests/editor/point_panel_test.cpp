@@ -72,8 +72,8 @@ class PointPanelTest : public ::testing::Test {
                         static_cast<int>(std::lround(centre.y() - 30 * std::sin(a))));
         QTest::mousePress(dial, Qt::LeftButton, modifiers, at - QPoint(0, 2));
         QTest::mouseMove(dial, at);
-        QMouseEvent move(QEvent::MouseMove, at, dial->mapToGlobal(at), Qt::NoButton,
-                         Qt::LeftButton, modifiers);
+        QMouseEvent move(QEvent::MouseMove, at, dial->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                         modifiers);
         QApplication::sendEvent(dial, &move);
         QTest::mouseRelease(dial, Qt::LeftButton, modifiers, at);
     }

@@ -32,8 +32,8 @@ TEST(BatteriesTest, ListsTurretsThenGunPoints) {
     // Save-slot order; the plain sub-object is no turret.
     EXPECT_EQ(AvailableBatteryEntries(m, 0), (Entries{"Twin", "Twin", "GPNT1"}));
     // What battery 1 holds is still available for battery 2.
-    EXPECT_EQ(AvailableBatteryEntries(m, 1), (Entries{"Gun", "Twin", "Twin", "GPNT0", "GPNT1",
-                                                      "GPNT2"}));
+    EXPECT_EQ(AvailableBatteryEntries(m, 1),
+              (Entries{"Gun", "Twin", "Twin", "GPNT0", "GPNT1", "GPNT2"}));
     EXPECT_TRUE(AssignedBatteryEntries(m, 1).empty());
     EXPECT_TRUE(AvailableBatteryEntries(m, 2).empty());
 }

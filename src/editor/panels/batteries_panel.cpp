@@ -106,7 +106,8 @@ void BatteriesPanel::connectSignals() {
     });
     // A click on the entry already selected selects its turret or gun point again.
     for (QListWidget* list : {lstAvailableWBAT_, lstAssignedWBAT_}) {
-        connect(list, &QListWidget::itemSelectionChanged, this, [this, list] { ListClicked(list); });
+        connect(list, &QListWidget::itemSelectionChanged, this,
+                [this, list] { ListClicked(list); });
         connect(list, &QListWidget::itemClicked, this, [this, list] { ListClicked(list); });
     }
     connect(cmdAddToWBAT_, &QPushButton::clicked, this, [this] { MoveEntry(true); });

@@ -45,8 +45,8 @@ PointPanel::PointPanel(Document& doc, QWidget* parent) : QWidget(parent), doc_(d
 
     auto* direction = new QGroupBox("Direction", this);
     auto* grid = new QGridLayout(direction);
-    txtPointAngle_[0] = MakeSpinner(direction, "txtPointAngle_0", "L/R Angle", -180, 180,
-                                    "##0.00", 0.01f, 2.0f);
+    txtPointAngle_[0] =
+        MakeSpinner(direction, "txtPointAngle_0", "L/R Angle", -180, 180, "##0.00", 0.01f, 2.0f);
     txtPointAngle_[1] =
         MakeSpinner(direction, "txtPointAngle_1", "U/D Angle", -90, 90, "#0.00", 0.01f, 2.0f);
     AddRow(grid, 0, "L/R Angle:", txtPointAngle_[0]);
@@ -88,8 +88,7 @@ void PointPanel::connectSignals() {
         connect(txtPointAngle_[i], &spinControl::ChangeDone, &doc_, &Document::EndEditSession);
         connect(picPointAngle_[i], &VectorControl::Change, this,
                 [this, i](double degrees) { DialChanged(i, degrees); });
-        connect(picPointAngle_[i], &VectorControl::ChangeDone, &doc_,
-                &Document::EndEditSession);
+        connect(picPointAngle_[i], &VectorControl::ChangeDone, &doc_, &Document::EndEditSession);
     }
 }
 

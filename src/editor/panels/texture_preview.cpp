@@ -23,8 +23,8 @@ TexturePreview::TexturePreview(Viewport& viewport, Prompts& prompts, QWidget* pa
     restoreViewport = [this] {
         viewport_.makeCurrent();
         QOpenGLContext* context = viewport_.context();
-        const bool ok = context != nullptr && context->isValid() &&
-                        QOpenGLContext::currentContext() == context;
+        const bool ok =
+            context != nullptr && context->isValid() && QOpenGLContext::currentContext() == context;
         viewport_.doneCurrent();
         return ok;
     };
