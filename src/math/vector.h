@@ -44,6 +44,16 @@ inline Vector3 Normalize(Vector3 v) {
     return {v.X / len, v.Y / len, v.Z / len};
 }
 
+// A rotation axis made unit length. An axis already of unit length within float precision
+// (|length² - 1| at most 4 float epsilons of 2^-24) is kept bit for bit, so that reading and
+// writing a file again does not move its axes by rounding.
+inline Vector3 NormalizeAxis(Vector3 v) {
+    const double x = v.X, y = v.Y, z = v.Z;
+    const double lengthSquared = x * x + y * y + z * z;
+    if (std::fabs(lengthSquared - 1.0) <= 4.0 / 16777216.0) return v;
+    return Normalize(v);
+}
+
 // Components holding the not-a-number that 0/0 produces (bit pattern 0xFFC00000) become
 // -100000; other values, other NaNs included, stay.
 inline Vector3 RepairIndeterminate(Vector3 v) {

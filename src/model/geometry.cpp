@@ -155,7 +155,7 @@ void CalcRotMatrix(ModelData& model, int s) {
     auto& keys = model.Sub(s).Rot.Keys;
     for (std::size_t k = 0; k < keys.size(); ++k) {
         RotKey& key = keys[k];
-        if (Length(key.Axis) > 0.0f) key.Axis = Normalize(key.Axis);
+        if (Length(key.Axis) > 0.0f) key.Axis = NormalizeAxis(key.Axis);
         if (k == 0) {
             key.Matrix = IdentityMatrix();
         } else {

@@ -222,7 +222,7 @@ ResultCode OofReader::subObject() {
         sub.BoxMax = ComponentMax(sub.BoxMax, v.Position);
     }
     for (Vertex& v : sub.Vertices)
-        v.Normal = Normalize(RepairIndeterminate(r_.vec3()));
+        v.Normal = RepairIndeterminate(r_.vec3());
     sub.HasAlpha = false;
     for (Vertex& v : sub.Vertices) {
         v.Alpha = hasAlpha ? r_.f32() : 1.0f;
@@ -247,7 +247,7 @@ bool OofReader::faces(SubObject& sub) {
         } head;
         static_assert(sizeof(head) == 20);
         if (!r_.words(&head, 5)) return false;
-        face.Normal = Normalize(RepairIndeterminate(head.normal));
+        face.Normal = RepairIndeterminate(head.normal);
         face.VertexCount = head.corners;
         face.Primitive = PrimitiveFor(face.VertexCount);
         face.Textured = head.textured;

@@ -406,7 +406,7 @@ void Renderer::DrawNormals(const ModelData& model, const FrameInput& in, int e) 
         SetColour(in.display.ThreeD ? PaletteColour::LightMagenta : PaletteColour::Magenta);
         GlVertex(v.Position);
         SetColour(PaletteColour::White);
-        GlVertex(Add(v.Position, v.Normal));
+        GlVertex(Add(v.Position, Normalize(v.Normal)));
     }
     glEnd();
     glEnable(GL_LIGHTING);

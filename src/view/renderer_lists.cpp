@@ -30,13 +30,14 @@ void ForEachFace(const SubObject& sub, Fn&& fn) {
 void FaceGeometry(const SubObject& sub, const Face& face, std::size_t first, bool smooth,
                   bool textured) {
     glBegin(static_cast<GLenum>(face.Primitive));
-    if (!smooth) Normal(face.Normal);
+    // Stored normals need not be of unit length; lighting wants unit ones.
+    if (!smooth) Normal(Normalize(face.Normal));
     for (int c = 0;
          c < face.VertexCount && first + static_cast<std::size_t>(c) < sub.Corners.size(); ++c) {
         const FaceVertex& fv = sub.Corners[first + static_cast<std::size_t>(c)];
         const mw::Vertex& v = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
         if (textured) glTexCoord2f(fv.U, fv.V);
-        if (smooth) Normal(v.Normal);
+        if (smooth) Normal(Normalize(v.Normal));
         GlVertex(v.Position);
     }
     glEnd();

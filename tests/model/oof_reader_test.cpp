@@ -49,8 +49,9 @@ TEST(OofReader, ReadsASubObjectWithItsDerivedValues) {
     EXPECT_EQ(sub.RotateSpeed, 5.0f);
     EXPECT_EQ(sub.BoxMin, (Vector3{-1, -5, -7}));
     EXPECT_EQ(sub.BoxMax, (Vector3{4, 2, 6}));
-    EXPECT_EQ(sub.Vertices[0].Normal, (Vector3{0, 0, 1}));  // zero normal repaired
-    EXPECT_EQ(sub.Vertices[1].Normal, (Vector3{0, 1, 0}));  // normalised
+    // Stored normals are kept as they are, of any length.
+    EXPECT_EQ(sub.Vertices[0].Normal, (Vector3{0, 0, 0}));
+    EXPECT_EQ(sub.Vertices[1].Normal, (Vector3{0, 2, 0}));
     EXPECT_TRUE(sub.HasAlpha);
     ASSERT_EQ(sub.FaceCount(), 1);
     EXPECT_EQ(sub.Faces[0].Primitive, kPrimTriangles);

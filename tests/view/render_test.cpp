@@ -86,6 +86,37 @@ TEST_F(RenderTest, TheSampleFillsTheViewAndIsCentred) {
     EXPECT_NEAR((minY + maxY) / 2.0, kH / 2.0, kH * 0.15);
 }
 
+// Stored normals need not be unit length; the picture is the one their directions give.
+TEST_F(RenderTest, NormalsOfAnyLengthShadeAsUnitOnes) {
+    ModelData unit;
+    ASSERT_EQ(readOOF(unit, *ReadFileBytes(MW_SOURCE_DIR "/samples/ship.oof")),
+              ResultCode::Success);
+    ModelData shortened = unit;
+    int n = 0;
+    for (SubObject& sub : shortened.SubObjects) {
+        for (Vertex& v : sub.Vertices)
+            v.Normal = Scale(v.Normal, 0.03f + 0.1f * static_cast<float>(n++ % 10));
+        for (Face& f : sub.Faces)
+            f.Normal = Scale(f.Normal, 0.2f + 0.05f * static_cast<float>(n++ % 7));
+    }
+    for (ViewType type : {ViewType::FlatSolid, ViewType::SmoothSolid}) {
+        const QImage want = Frame(unit, type);
+        const QImage got = Frame(shortened, type);
+        int differing = 0;
+        for (int y = 0; y < kH; ++y) {
+            for (int x = 0; x < kW; ++x) {
+                const QColor a = At(want, x, y), b = At(got, x, y);
+                if (std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+                        std::abs(a.blue() - b.blue()) >
+                    6) {
+                    ++differing;
+                }
+            }
+        }
+        EXPECT_LE(differing, kW * kH / 1000) << static_cast<int>(type);
+    }
+}
+
 TEST_F(RenderTest, EachViewTypeDrawsWhatItShould) {
     const ModelData quad = Quads({{0, 0, 0}});
     const QImage wire = Frame(quad, ViewType::Wireframe);
