@@ -249,6 +249,14 @@ void Convert(const Room& room, const std::vector<std::vector<int>>& pieces,
             --open;
         }
     }
+    // A name no table knows is kept as the bitmap name (lower case, up to its first "."), so
+    // that a later lookup in the game data can still find it.
+    for (std::size_t t = 0; t < room.Textures.size(); ++t) {
+        if (resolved[t]) continue;
+        const std::string& game = room.Textures[t];
+        m.Textures[t].Name = LowerCase1252(std::string_view(game).substr(0, game.find('.')));
+        m.Textures[t].LoadedName = m.Textures[t].Name;
+    }
 }
 
 }  // namespace

@@ -75,6 +75,24 @@ TEST(OrfImport, PiecesAndFacesComeInTheOrderTheScanFindsThem) {
     EXPECT_EQ(m.Sub(1).VertexCount(), 2);
 }
 
+TEST(OrfImport, NamesNoTableKnowsAreKeptAsBitmapNames) {
+    auto faces = CubeFaces(0);
+    faces[1].texture = 1;
+    faces[2].texture = 2;
+    ModelData m;
+    ASSERT_EQ(Import(m,
+                     OrfBytes::Room(CubeCorners({}, 1), faces,
+                                    {"Ship_Hull", "wing.ogf", "Old.Stone.Wall"}),
+                     GameNameTable{}),
+              ResultCode::Success);
+    ASSERT_EQ(m.Textures.size(), 3u);
+    EXPECT_EQ(m.Textures[0].Name, "ship_hull");
+    EXPECT_EQ(m.Textures[1].Name, "wing");
+    EXPECT_EQ(m.Textures[2].Name, "old");
+    EXPECT_EQ(m.Textures[2].LoadedName, "old");
+    EXPECT_EQ(m.Textures[2].GameName, "Old.Stone.Wall");
+}
+
 TEST(OrfImport, TexturesGoThroughTheGameNameTable) {
     auto faces = CubeFaces(0);
     faces[1].texture = 1;
@@ -94,7 +112,8 @@ TEST(OrfImport, TexturesGoThroughTheGameNameTable) {
     EXPECT_EQ(m.Textures[0].Name, "test");
     EXPECT_EQ(m.Textures[0].LoadedName, "test");
     EXPECT_EQ(m.Textures[1].Name, "metalplate01");
-    EXPECT_EQ(m.Textures[2].Name, "");  // names compare with case
+    // Names compare with case; a name no table knows is kept, in lower case.
+    EXPECT_EQ(m.Textures[2].Name, "rainbow texture");
     // The scan takes the cube's faces in the order 0, 2, 3, 4, 5, 1.
     const Face& plain = m.Sub(0).Faces[2];
     EXPECT_EQ(plain.Textured, 0);

@@ -71,6 +71,9 @@ TEST_F(OrfExportTest, ARoomReadsBackAsTheSameFacesInModelSpace) {
     EXPECT_EQ(room.Textures[0].GameName, "Rainbow Texture");
     EXPECT_EQ(room.Textures[0].Name, "test");
     EXPECT_EQ(room.Textures[1].GameName, "ship_wing");
+    // Without game data every name comes back: a room to a model keeps its textures.
+    for (std::size_t t = 1; t < ship.Textures.size(); ++t)
+        EXPECT_EQ(room.Textures[t].Name, ship.Textures[t].Name) << t;
 }
 
 TEST_F(OrfExportTest, OffsetsAreFlattenedThroughTheHierarchy) {
