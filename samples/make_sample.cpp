@@ -1,6 +1,7 @@
 // Writes the bundled sample: meshwright-make-sample SAMPLES_DIR
 // (SAMPLES_DIR/ship.oof and SAMPLES_DIR/gamedata/d3.hog).
 #include <filesystem>
+#include <string>
 #include <iostream>
 
 #include "model/file_io.h"
@@ -9,8 +10,17 @@
 #include "sample_model.h"
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "Usage: meshwright-make-sample SAMPLES_DIR\n";
+    constexpr const char* kUsage =
+        "Usage: meshwright-make-sample SAMPLES_DIR\n"
+        "Writes the sample model (SAMPLES_DIR/ship.oof) and its game data\n"
+        "(SAMPLES_DIR/gamedata/d3.hog).\n";
+    const std::string arg = argc == 2 ? argv[1] : "";
+    if (arg == "--help" || arg == "-h") {
+        std::cout << kUsage;
+        return 0;
+    }
+    if (argc != 2 || arg.starts_with("-")) {
+        std::cerr << kUsage;
         return 64;
     }
     const std::filesystem::path dir = argv[1];

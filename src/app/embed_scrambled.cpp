@@ -1,6 +1,7 @@
 // Build tool: embed_scrambled IN OUT NAME writes a C++ source holding IN's bytes scrambled,
 // as `const unsigned char NAME[]` and `const unsigned long NAMESize`.
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -8,8 +9,15 @@
 #include "app/scramble.h"
 
 int main(int argc, char** argv) {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: embed_scrambled IN OUT NAME\n");
+    constexpr const char* kUsage =
+        "Usage: mw_embed_scrambled IN OUT NAME\n"
+        "Writes the bytes of IN, scrambled, as the C++ array NAME into the source file OUT.\n";
+    if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    if (argc != 4 || argv[1][0] == '-' || argv[2][0] == '-') {
+        std::fputs(kUsage, stderr);
         return 64;
     }
     std::ifstream in(argv[1], std::ios::binary);

@@ -1,6 +1,7 @@
 #include <ostream>
 
 #include "cli/cli.h"
+#include "cli/game_data_options.h"
 #include "cli/terminal_progress.h"
 #include "convert/game_name_table.h"
 #include "convert/orf_writer.h"
@@ -14,29 +15,28 @@ namespace mw {
 namespace {
 
 constexpr const char* kConvertUsage =
-    "Usage: meshwright-cli convert IN OUT [--settings INI] [--separate-rooms]\n"
-    "                              [--no-special-points] [--special-face-size X]\n"
+    "Usage: meshwright-cli convert IN OUT [--separate-rooms] [--no-special-points]\n"
+    "                              [--special-face-size X] [game data]\n"
     "Converts an OOF model to an ORF room, or an ORF room to an OOF model, by the names'\n"
     "endings. The room options default to the settings file's (Combine Rooms on Output,\n"
     "Output Special Points as Faces, Special Face Size); the options override them. Room\n"
-    "texture names are translated through the shipped name table and, when the settings name\n"
-    "the game's archives, the game's GAM tables.\n";
+    "texture names are translated through the shipped name table and, when game data is\n"
+    "named, the game's GAM tables; a name no table knows is kept as the bitmap name.\n";
 
 }  // namespace
 
 int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (WantsHelp(args)) {
-        out << kConvertUsage;
+        out << kConvertUsage << kGameDataUsage;
         return 0;
     }
     std::vector<std::string> files;
-    std::string ini;
+    GameDataOptions gameData;
     bool separate = false, noPoints = false;
     std::optional<float> faceSize;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
-        if (a == "--settings" && i + 1 < args.size()) {
-            ini = args[++i];
+        if (TakeGameDataOption(args, i, gameData)) {
         } else if (a == "--separate-rooms") {
             separate = true;
         } else if (a == "--no-special-points") {
@@ -47,10 +47,10 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std:
                 err << kConvertUsage;
                 return kExitUsage;
             }
-        } else if (!a.starts_with("--")) {
+        } else if (!a.starts_with("-")) {
             files.push_back(a);
         } else {
-            err << kConvertUsage;
+            err << kConvertUsage << kGameDataUsage;
             return kExitUsage;
         }
     }
@@ -61,10 +61,7 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std:
     }
 
     Settings settings;
-    if (!ini.empty()) {
-        if (const int status = LoadSettingsFile(ini, settings, err)) return status;
-        DeriveArchivePaths(settings);
-    }
+    if (const int status = ResolveGameData(gameData, settings, err)) return status;
     // The game's tables translate texture names both ways: game names for the room, and
     // more rows for the names a room brings.
     clsHOG hog;

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "cli/cli.h"
+#include "cli/game_data_options.h"
 #include "gamedata/file_names.h"
 #include "gamedata/ini_file.h"
 #include "gamedata/texture_loader.h"
@@ -18,15 +19,15 @@ constexpr const char* kRenderUsage =
     "Usage: meshwright-cli render MODEL --png OUT [--size WxH] [--view wireframe|flat|smooth|"
     "textured]\n"
     "                             [--angles X,Y] [--frame F] [--stereo] [--points] [--normals]\n"
-    "                             [--highlight S] [--time SECONDS] [--settings INI]\n"
-    "                             [--d3hog PATH]\n"
+    "                             [--highlight S] [--time SECONDS] [game data]\n"
     "Draws one frame of the model offscreen, with the camera fitted to it, and writes it as\n"
-    "PNG. Textures come from the game data that the settings or --d3hog name; without game\n"
-    "data each texture shows the placeholder. --time runs the animation clock that long first\n"
-    "(animated and sliding textures, rotators), as the editor's timer would.\n";
+    "PNG. Textures come from the game data; without game data each texture shows the\n"
+    "placeholder. --time runs the animation clock that long first (animated and sliding\n"
+    "textures, rotators), as the editor's timer would.\n";
 
 struct RenderOptions {
-    std::string model, png, ini, d3hog;
+    std::string model, png;
+    GameDataOptions gameData;
     int width = 640, height = 480;
     ViewType view = ViewType::Textured;
     std::optional<std::pair<float, float>> angles;
@@ -80,17 +81,14 @@ bool Parse(const std::vector<std::string>& args, RenderOptions& o) {
             o.time = *t;
         } else if (a == "--highlight" && value) {
             if (!ParseInt(args[++i], o.highlight)) return false;
-        } else if (a == "--settings" && value) {
-            o.ini = args[++i];
-        } else if (a == "--d3hog" && value) {
-            o.d3hog = args[++i];
+        } else if (TakeGameDataOption(args, i, o.gameData)) {
         } else if (a == "--stereo") {
             o.stereo = true;
         } else if (a == "--points") {
             o.points = true;
         } else if (a == "--normals") {
             o.normals = true;
-        } else if (!a.starts_with("--") && o.model.empty()) {
+        } else if (!a.starts_with("-") && o.model.empty()) {
             o.model = a;
         } else {
             return false;
@@ -117,23 +115,19 @@ std::unique_ptr<QGuiApplication> MakeGuiApplication() {
 
 int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (WantsHelp(args)) {
-        out << kRenderUsage;
+        out << kRenderUsage << kGameDataUsage;
         return 0;
     }
     RenderOptions o;
     if (!Parse(args, o)) {
-        err << kRenderUsage;
+        err << kRenderUsage << kGameDataUsage;
         return kExitUsage;
     }
     ModelData model;
     if (const int status = LoadModelFile(o.model, model, err)) return status;
 
     Settings settings;
-    if (!o.ini.empty()) {
-        if (const int status = LoadSettingsFile(o.ini, settings, err)) return status;
-    }
-    if (!o.d3hog.empty()) settings.D3HogPath = o.d3hog;
-    DeriveArchivePaths(settings);
+    if (const int status = ResolveGameData(o.gameData, settings, err)) return status;
 
     const auto app = MakeGuiApplication();
     OffscreenView view;
@@ -145,8 +139,8 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
     const std::vector<std::uint32_t> missing = MakeMissingTexture(1);
     LoadedTextures loaded;
     GameData data;
-    const bool gameData =
-        !settings.D3HogPath.empty() || !settings.MN3GAMPath.empty() || !settings.OGFPath.empty();
+    const bool gameData = !settings.D3HogPath.empty() || !settings.Extra13Path.empty() ||
+                          !settings.MN3GAMPath.empty() || !settings.OGFPath.empty();
     if (gameData) {
         data.Hog.ReadHOGs(settings, nullptr);
         data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);

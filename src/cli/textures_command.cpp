@@ -1,6 +1,7 @@
 #include <ostream>
 
 #include "cli/cli.h"
+#include "cli/game_data_options.h"
 #include "cli/json_writer.h"
 #include "cli/terminal_progress.h"
 #include "gamedata/texture_loader.h"
@@ -9,12 +10,11 @@
 namespace mw {
 namespace {
 
-constexpr const char* kTexturesUsage =
-    "Usage: meshwright-cli textures MODEL [--settings INI] [--d3hog PATH] [--extra13 PATH]\n"
-    "                               [--mission PATH] [--ogf-dir DIR] [--json]\n"
+constexpr const char* kTexturesHead =
+    "Usage: meshwright-cli textures MODEL [--json] [game data]\n"
     "Resolves the model's textures through the game data as the editor does: a loose image\n"
     "in the OGF folder, then the mission archive (or loose .gam table), Extra13.hog and\n"
-    "d3.hog. Paths come from the settings file and are overridden by the options.\n";
+    "d3.hog. \"source\" is loose, mission, extra13.hog, d3.hog or missing.\n";
 
 // Keeps what the loader uploads: only the sizes matter here.
 class CountingUploader : public TextureUploader {
@@ -32,48 +32,31 @@ class CountingUploader : public TextureUploader {
 
 int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (WantsHelp(args)) {
-        out << kTexturesUsage;
+        out << kTexturesHead << kGameDataUsage;
         return 0;
     }
-    std::string model, ini;
-    std::optional<std::string> d3, extra13, mission, ogfDir;
+    std::string model;
+    GameDataOptions gameData;
     bool json = false;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
-        const bool hasValue = i + 1 < args.size();
         if (a == "--json") {
             json = true;
-        } else if (a == "--settings" && hasValue) {
-            ini = args[++i];
-        } else if (a == "--d3hog" && hasValue) {
-            d3 = args[++i];
-        } else if (a == "--extra13" && hasValue) {
-            extra13 = args[++i];
-        } else if (a == "--mission" && hasValue) {
-            mission = args[++i];
-        } else if (a == "--ogf-dir" && hasValue) {
-            ogfDir = args[++i];
-        } else if (!a.starts_with("--") && model.empty()) {
+        } else if (TakeGameDataOption(args, i, gameData)) {
+        } else if (!a.starts_with("-") && model.empty()) {
             model = a;
         } else {
-            err << kTexturesUsage;
+            err << kTexturesHead << kGameDataUsage;
             return kExitUsage;
         }
     }
     if (model.empty()) {
-        err << kTexturesUsage;
+        err << kTexturesHead << kGameDataUsage;
         return kExitUsage;
     }
 
     Settings settings;
-    if (!ini.empty()) {
-        if (const int status = LoadSettingsFile(ini, settings, err)) return status;
-    }
-    if (d3) settings.D3HogPath = *d3;
-    if (mission) settings.MN3GAMPath = *mission;
-    if (ogfDir) settings.OGFPath = *ogfDir;
-    DeriveArchivePaths(settings);
-    if (extra13) settings.Extra13Path = *extra13;
+    if (const int status = ResolveGameData(gameData, settings, err)) return status;
 
     ModelData data;
     if (const int status = LoadModelFile(model, data, err)) return status;

@@ -17,9 +17,9 @@ const char* TextureSourceName(TextureSource source) {
         case TextureSource::Mission:
             return "mission";
         case TextureSource::Extra13:
-            return "extra13";
+            return "extra13.hog";
         case TextureSource::D3:
-            return "d3";
+            return "d3.hog";
     }
     return "missing";
 }

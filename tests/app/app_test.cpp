@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include "app/command_line.h"
 #include "app/logo.h"
 #include "app/scramble.h"
 #include "editor/dialogs/help_window.h"
@@ -15,6 +16,19 @@
 
 namespace mw {
 namespace {
+
+TEST(CommandLineTest, TakesOneModelAndQtsOwnOptions) {
+    EXPECT_EQ(ParseEditorArguments({"ship.oof"}).model, "ship.oof");
+    EXPECT_TRUE(ParseEditorArguments({"--help"}).help);
+    EXPECT_TRUE(ParseEditorArguments({"ship.oof", "-h"}).help);
+    const EditorArguments qt =
+        ParseEditorArguments({"-platform", "xcb", "--style", "Fusion", "-reverse", "a.orf"});
+    EXPECT_EQ(qt.error, "");
+    EXPECT_EQ(qt.model, "a.orf");
+    EXPECT_EQ(ParseEditorArguments({"--bogus"}).error, "Unknown option '--bogus'");
+    EXPECT_FALSE(ParseEditorArguments({"a.oof", "b.oof"}).error.empty());
+    EXPECT_EQ(ParseEditorArguments({"-"}).model, "-");  // a file named "-" is no option
+}
 
 TEST(VersionTest, MinorVersionAndRevisionRunTogether) {
     EXPECT_EQ(VersionText(2, 0, 11), "Meshwright v2.011");

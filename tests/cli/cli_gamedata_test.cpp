@@ -24,11 +24,11 @@ TEST(CliGameData, TexturesResolveTheSampleThroughItsArchive) {
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_TRUE(
         r.out.starts_with("{\"object_kind\":1,\"textures\":[{\"name\":\"ship_hull\","
-                          "\"game_name\":\"Sample Hull\",\"source\":\"d3\",\"path\":"
+                          "\"game_name\":\"Sample Hull\",\"source\":\"d3.hog\",\"path\":"
                           "\"ship_hull.ogf\",\"decoded\":true,\"status\":0,\"width\":64,"
                           "\"height\":64,\"frames\":0,\"has_alpha\":false"));
     EXPECT_NE(r.out.find("\"name\":\"ship_turret\",\"game_name\":\"Sample Turret Light\","
-                         "\"source\":\"d3\",\"path\":\"ship_turret.oaf\",\"decoded\":true,"
+                         "\"source\":\"d3.hog\",\"path\":\"ship_turret.oaf\",\"decoded\":true,"
                          "\"status\":0,\"width\":32,\"height\":32,\"frames\":4"),
               std::string::npos);
     EXPECT_NE(r.out.find("\"slide_u\":2"), std::string::npos);
@@ -47,6 +47,70 @@ TEST(CliGameData, TexturesReadPathsFromTheSettingsFile) {
     const CliRun r = Cli({"textures", kSample, "--settings", ini, "--json"});
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out.find("\"missing\""), std::string::npos);
+}
+
+// A 4 x 4 image of one colour.
+Bytes Plain(std::uint32_t rgba) {
+    return WriteOGF({4, 4, std::vector<std::uint32_t>(16, rgba)}, {});
+}
+
+// The source of each texture, by name, from the JSON.
+std::string SourceOf(const std::string& json, const std::string& name) {
+    const auto at = json.find("\"name\":\"" + name + "\"");
+    if (at == std::string::npos) return "?";
+    const auto s = json.find("\"source\":\"", at) + 10;
+    return json.substr(s, json.find('"', s) - s);
+}
+
+TEST(CliGameData, TexturesNameWhereEachTextureCameFrom) {
+    test::TempDir dir("cli_sources");
+    ASSERT_EQ(WriteFileReplacing(dir / "Ship_Wing.OGF", Plain(0xff00ff00u)), "");
+    ASSERT_EQ(WriteFileReplacing(dir / "Mine.mn3",
+                                 WriteHOG({{"ship_turret.ogf", Plain(0xffff0000u)}})),
+              "");
+    ASSERT_EQ(WriteFileReplacing(dir / "Extra13.hog", WriteHOG({{"SHIP_TURRET.ogf", Plain(0xffu)}})),
+              "");
+    // The folder is given without its trailing separator.
+    const CliRun r = Cli({"textures", kSample, "--d3hog", kArchive, "--ogf-path",
+                          dir.path().string(), "--mission", (dir / "Mine.mn3").string(),
+                          "--extra13", (dir / "Extra13.hog").string(), "--json"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(SourceOf(r.out, "ship_hull"), "d3.hog");
+    EXPECT_EQ(SourceOf(r.out, "ship_wing"), "loose");
+    EXPECT_EQ(SourceOf(r.out, "ship_turret"), "mission");
+    const CliRun noMission = Cli({"textures", kSample, "--d3hog", kArchive, "--ogf-dir",
+                                  dir.path().string(), "--extra13", (dir / "Extra13.hog").string(),
+                                  "--json"});
+    EXPECT_EQ(SourceOf(noMission.out, "ship_wing"), "loose");  // --ogf-dir is the same option
+    EXPECT_EQ(SourceOf(noMission.out, "ship_turret"), "extra13.hog");
+    EXPECT_EQ(SourceOf(Cli({"textures", kSample, "--json"}).out, "ship_hull"), "missing");
+}
+
+// Every command answers --help on stdout and refuses an option it does not know.
+TEST(CliContract, EveryCommandHasHelpAndRefusesUnknownOptions) {
+    const std::vector<std::vector<std::string>> commands = {
+        {"info", kSample},        {"resave", kSample, "out.oof"},
+        {"edit", kSample, "out.oof"}, {"convert", kSample, "out.orf"},
+        {"render", kSample, "--png", "out.png"}, {"textures", kSample},
+        {"hog", "list", kArchive}, {"image", kArchive},
+        {"gam", "dump", kArchive}};
+    for (const auto& command : commands) {
+        auto help = command;
+        help.push_back("--help");
+        const CliRun h = Cli(help);
+        EXPECT_EQ(h.status, 0) << command[0];
+        EXPECT_TRUE(h.out.starts_with("Usage: meshwright-cli " + command[0])) << command[0];
+        EXPECT_TRUE(h.err.empty()) << command[0];
+        auto bogus = command;
+        bogus.insert(bogus.begin() + 1, "--bogus");
+        const CliRun b = Cli(bogus);
+        EXPECT_EQ(b.status, kExitUsage) << command[0] << ": " << b.err;
+        EXPECT_NE(b.err.find("Usage:"), std::string::npos) << command[0];
+    }
+    EXPECT_EQ(Cli({"--help"}).status, 0);
+    EXPECT_EQ(Cli({"--bogus"}).status, kExitUsage);
+    // Game-data options lacking their value are refused, not taken as a model.
+    EXPECT_EQ(Cli({"textures", kSample, "--ogf-path"}).status, kExitUsage);
 }
 
 TEST(CliGameData, HogListAndExtract) {

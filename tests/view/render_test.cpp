@@ -6,7 +6,10 @@
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
+#include "gamedata_writers.h"
+#include "support/cli_run.h"
 #include "support/offscreen_fixture.h"
+#include "support/temp_dir.h"
 #include "view/offscreen.h"
 
 namespace mw {
@@ -220,6 +223,33 @@ TEST_F(RenderTest, FramesDoNotRebuildTheDisplayLists) {
         view_->Render(m, in);
     }
     EXPECT_EQ(view_->renderer().ListBuilds(), builds);
+}
+
+// The command line draws a mission's textures over the game's own.
+TEST(RenderCommandTest, TheMissionOptionDrawsTheMissionsTextures) {
+    test::TempDir dir("render_mission");
+    const Bytes blue = WriteOGF({4, 4, std::vector<std::uint32_t>(16, 0xffff0000u)}, {});
+    ASSERT_EQ(WriteFileReplacing(dir / "Blue.MN3", WriteHOG({{"ship_hull.ogf", blue}})), "");
+    const std::string archive = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
+    const auto bluePixels = [&](const std::vector<std::string>& extra) {
+        const std::string png = (dir / "ship.png").string();
+        std::vector<std::string> args = {"render", MW_SOURCE_DIR "/samples/ship.oof", "--png",
+                                         png, "--size", "320x240", "--d3hog", archive};
+        args.insert(args.end(), extra.begin(), extra.end());
+        const test::CliRun r = test::Cli(args);
+        EXPECT_EQ(r.status, 0) << r.err;
+        const QImage image(QString::fromStdString(png));
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                count += c.blue() > 100 && c.red() < 40 && c.green() < 40;
+            }
+        }
+        return count;
+    };
+    EXPECT_LT(bluePixels({}), 200);  // the axis tripod
+    EXPECT_GT(bluePixels({"--mission", (dir / "Blue.MN3").string()}), 2000);
 }
 
 }  // namespace
