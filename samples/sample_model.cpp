@@ -50,6 +50,13 @@ void AddTaperedBox(SubObject& sub, Vector3 centre, float backX, float backY, flo
     }
 }
 
+// Keeps only a box's back face (the game draws a glow from a sub-object of one face).
+void KeepBackFace(SubObject& sub) {
+    sub.Faces.resize(1);
+    sub.Corners.resize(4);
+    sub.Vertices.resize(4);
+}
+
 SubObject& AddPart(ModelData& m, const char* name, int parent, Vector3 offset,
                    const char* properties) {
     SubObject sub;
@@ -91,12 +98,13 @@ ModelData BuildSampleModel() {
                   0.6f, 0.15f, 1.5f, 1, grey);
     AddTaperedBox(AddPart(m, "wing_right", 0, {3.0f, -0.2f, -1.0f}, ""), {0, 0, 0}, 1.5f, 0.2f,
                   0.6f, 0.15f, 1.5f, 1, grey);
-    AddTaperedBox(AddPart(m, "turret", 0, {0, 1.4f, 0.5f}, ""), {0, 0, 0}, 0.7f, 0.4f, 0.5f, 0.4f,
-                  0.8f, 2, grey);
+    AddTaperedBox(AddPart(m, "turret", 0, {0, 1.4f, 0.5f}, "$fov=90,3,1"), {0, 0, 0}, 0.7f, 0.4f,
+                  0.5f, 0.4f, 0.8f, 2, grey);
     AddTaperedBox(AddPart(m, "radar", 3, {0, 0.7f, -0.4f}, "$rotate=2"), {0, 0.1f, 0}, 0.6f, 0.05f,
                   0.6f, 0.05f, 0.1f, -1, dark);
-    AddTaperedBox(AddPart(m, "thruster", 0, {0, 0, -4.3f}, "$glow=1,0.55,0.1,1.5"), {0, 0, 0}, 0.5f,
-                  0.4f, 0.6f, 0.5f, 0.3f, -1, orange);
+    SubObject& thruster = AddPart(m, "thruster", 0, {0, 0, -4.3f}, "$glow=1,0.55,0.1,1.5");
+    AddTaperedBox(thruster, {0, 0, 0}, 0.5f, 0.4f, 0.6f, 0.5f, 0.3f, -1, orange);
+    KeepBackFace(thruster);
     AddTaperedBox(AddPart(m, "hatch", 0, {0, 1.0f, 2.2f}, ""), {0, 0, 0}, 0.4f, 0.05f, 0.4f, 0.05f,
                   0.5f, -1, dark);
     for (SubObject& sub : m.SubObjects)

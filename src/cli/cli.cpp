@@ -25,6 +25,7 @@ constexpr const char* kUsage =
     "  convert IN OUT [OPTIONS]          OOF to ORF room, or ORF room to OOF\n"
     "  render MODEL --png OUT [OPTIONS]  draw one frame of the model offscreen\n"
     "  textures MODEL [OPTIONS]          resolve the model's textures through the game data\n"
+    "  check MODEL [--json] [OPTIONS]    check the model against the game's limits\n"
     "  hog list|extract ARCHIVE ...      list or extract the files of a HOG2 archive\n"
     "  image SOURCE [OPTIONS]            decode an OGF or OAF image, optionally to PNG\n"
     "  gam dump SOURCE [--json]          print a GAM table's texture and object entries\n"
@@ -115,6 +116,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "convert") return ConvertCommand(rest, out, err);
     if (command == "render") return RenderCommand(rest, out, err);
     if (command == "textures") return TexturesCommand(rest, out, err);
+    if (command == "check") return CheckCommand(rest, out, err);
     if (command == "hog") return HogCommand(rest, out, err);
     if (command == "image") return ImageCommand(rest, out, err);
     if (command == "gam") return GamCommand(rest, out, err);

@@ -30,6 +30,7 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std:
 int HogCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 // The bytes of one archive entry, found by name ignoring case. Returns 0 or an exit status.

@@ -92,7 +92,7 @@ TEST(CliContract, EveryCommandHasHelpAndRefusesUnknownOptions) {
         {"info", kSample},        {"resave", kSample, "out.oof"},
         {"edit", kSample, "out.oof"}, {"convert", kSample, "out.orf"},
         {"render", kSample, "--png", "out.png"}, {"textures", kSample},
-        {"hog", "list", kArchive}, {"image", kArchive},
+        {"hog", "list", kArchive}, {"image", kArchive}, {"check", kSample},
         {"gam", "dump", kArchive}};
     for (const auto& command : commands) {
         auto help = command;

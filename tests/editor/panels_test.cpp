@@ -47,6 +47,9 @@ TEST_F(SubObjectPanelTest, ShowsTheSelectedSubObject) {
     doc().SelectSubObject(3);
     EXPECT_EQ(Find<QLineEdit>(panel_, "txtSOBJName")->text(), "turret");
     EXPECT_FLOAT_EQ(Find<spinControl>(panel_, "txtSOBJOffset_1")->Value(), 1.4f);
+    EXPECT_EQ(Find<QComboBox>(panel_, "cboProperties")->currentText(), "Turret/FOV");
+    EXPECT_FLOAT_EQ(Find<spinControl>(panel_, "txtFOV_1")->Value(), 3.0f);
+    doc().SelectSubObject(6);
     EXPECT_EQ(Find<QComboBox>(panel_, "cboProperties")->currentText(), "None");
     doc().SelectSubObject(5);
     EXPECT_EQ(Find<QComboBox>(panel_, "cboProperties")->currentText(), "Glow/Thruster");
