@@ -203,6 +203,9 @@ void MainActions::BuildToolsMenu() {
             });
     connect(Add(tools, "mnuToolsScale", "Scale Model..."), &QAction::triggered, this,
             &MainActions::ScaleModel);
+    tools->addSeparator();
+    connect(Add(tools, "mnuToolsCheck", "Check Model..."), &QAction::triggered, this,
+            &MainActions::checkRequested);
     connect(tools, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
 }
 
@@ -450,7 +453,7 @@ void MainActions::UpdateEditEnabling() {
 void MainActions::UpdateEnabling() {
     const bool ready = doc_.modelReady();
     for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
-                             "mnuRecalcVertNormals", "mnuToolsScale"}) {
+                             "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
         action(name)->setEnabled(ready);
     }
     const bool preferences =

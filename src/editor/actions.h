@@ -60,6 +60,7 @@ class MainActions : public QObject {
     void aboutRequested();
     void preferencesRequested();
     void importP3DRequested();
+    void checkRequested();  // Tools > Check Model...
 
   private:
     QAction* Add(QMenu* menu, const char* name, const QString& caption,

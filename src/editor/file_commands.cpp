@@ -131,9 +131,18 @@ bool FileCommands::OpenArchiveModel(int index) {
     return true;
 }
 
+bool FileCommands::ConfirmGameLimits() {
+    const std::vector<Finding> findings = check_ ? check_() : CheckModel(doc_.model());
+    const QString question = SaveWithErrorsQuestion(findings);
+    if (question.isEmpty()) return true;
+    return prompts_.Ask(window_, question, QMessageBox::Save | QMessageBox::Cancel,
+                        PromptIcon::Exclamation) == QMessageBox::Save;
+}
+
 bool FileCommands::Save() {
     if (!doc_.hasModel()) return false;
     if (!HasSeparator(doc_.ModelPath())) return SaveAs();
+    if (!ConfirmGameLimits()) return false;
     const std::string failure = SaveOOF(doc_.model(), doc_.ModelPath().toStdString());
     if (!failure.empty()) {
         prompts_.Message(window_, QString::fromStdString(failure), PromptIcon::Exclamation);
@@ -158,6 +167,7 @@ QString FileCommands::AskSaveName(const QString& title, const QString& filter,
 
 bool FileCommands::SaveAs() {
     if (!doc_.hasModel()) return false;
+    if (!ConfirmGameLimits()) return false;
     const QString chosen = AskSaveName("Save OOF File", kOofFilter, doc_.ModelPath());
     if (chosen.isEmpty()) return false;
     doc_.SetModelFile(chosen, FileTitle(chosen));

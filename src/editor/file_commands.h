@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 
+#include "editor/model_check.h"
 #include "gamedata/settings.h"
 #include "gamedata/texture_loader.h"
 #include "model/result_code.h"
@@ -46,6 +47,9 @@ class FileCommands : public QObject {
     // user cancelled (or the save failed): whatever was about to happen must not.
     bool MaybeSave();
 
+    // The game-limits check Save and Save As run first (by default without textures).
+    void SetModelCheck(ModelCheck check) { check_ = std::move(check); }
+
   signals:
     void recentChanged();
 
@@ -56,12 +60,15 @@ class FileCommands : public QObject {
     void LoadFailed(int status);
     // The save dialog asked until the user agrees to a name; empty when cancelled.
     QString AskSaveName(const QString& title, const QString& filter, const QString& initial);
+    // Runs the check; with errors, asks whether to save anyway. True to go on saving.
+    bool ConfirmGameLimits();
 
     Document& doc_;
     GameData& game_;
     Settings& settings_;
     Prompts& prompts_;
     QWidget* window_;
+    ModelCheck check_;
 };
 
 // `path` with a room's ".orf" (and anything after it) turned into ".oof".

@@ -8,6 +8,7 @@
 
 #include "editor/actions.h"
 #include "editor/dialogs/about_dialog.h"
+#include "editor/dialogs/check_dialog.h"
 #include "editor/dialogs/help_window.h"
 #include "editor/document.h"
 #include "editor/file_commands.h"
@@ -84,6 +85,8 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     actions_ = new MainActions(*this, *doc_, *viewport_, *files_, settings, game, *prompts_);
     connect(actions_, &MainActions::helpRequested, this, &frmOOF::ShowHelp);
     connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
+    connect(actions_, &MainActions::checkRequested, this, &frmOOF::ShowCheck);
+    files_->SetModelCheck(DocumentCheck(*doc_, &viewport_->textures(), &settings));
     connect(tree_, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);
     actions_->PopulateHOGlist();
 
@@ -97,6 +100,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
 frmOOF::~frmOOF() {
     // The views hold the document; they go first.
     doc_->disconnect(this);
+    delete check_;
     delete takeCentralWidget();
     delete actions_;
     delete files_;
@@ -124,6 +128,16 @@ void frmOOF::ShowHelp() {
     if (help_ == nullptr) help_ = new HelpWindow(index, this);
     help_->show();
     help_->raise();
+}
+
+void frmOOF::ShowCheck() {
+    if (check_ == nullptr) {
+        check_ = new CheckDialog(*doc_, DocumentCheck(*doc_, &viewport_->textures(), &settings_),
+                                 this);
+    }
+    check_->Refresh();
+    check_->show();
+    check_->raise();
 }
 
 void frmOOF::ShowAbout() {

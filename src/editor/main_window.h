@@ -15,6 +15,7 @@ class QGroupBox;
 
 namespace mw {
 
+class CheckDialog;
 class Document;
 class FileCommands;
 class MainActions;
@@ -45,6 +46,8 @@ class frmOOF : public QMainWindow {
 
     void ShowHelp();
     void ShowAbout();
+    // Tools > Check Model...: the findings, kept open beside the window.
+    void ShowCheck();
 
     // Where the program lives (for the manual).
     void SetProgramDir(const QString& dir) { programDir_ = dir; }
@@ -71,6 +74,7 @@ class frmOOF : public QMainWindow {
     FileCommands* files_ = nullptr;
     MainActions* actions_ = nullptr;
     QWidget* help_ = nullptr;
+    CheckDialog* check_ = nullptr;
 };
 
 }  // namespace mw

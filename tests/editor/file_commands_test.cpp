@@ -191,5 +191,35 @@ TEST_F(FileCommandsTest, UnsavedChangesAreAskedAboutBeforeAnotherModelOpens) {
     EXPECT_EQ(*ReadFileBytes(kShip), original);  // the discarded edit went nowhere
 }
 
+TEST_F(FileCommandsTest, SavingAModelTheGameRefusesAsksFirst) {
+    const fs::path mine = dir_ / "mine.oof";
+    Copy(mine);
+    ASSERT_TRUE(files_.OpenPath(Q(mine)));
+    const auto original = *ReadFileBytes(mine);
+    ModelData& m = doc_.model();
+    m.AttachNormals.push_back(m.AttachNormals[0]);  // a warning only: saved without asking
+    ASSERT_TRUE(files_.Save());
+    EXPECT_TRUE(prompts_.questions.isEmpty());
+
+    m.Sub(5).Faces.push_back(m.Sub(5).Faces[0]);  // a glow of two faces: an error
+    const auto broken = SavedBytes(m);
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(files_.Save());
+    ASSERT_EQ(prompts_.questions.size(), 1);
+    EXPECT_TRUE(prompts_.questions[0].startsWith("The game will refuse this model or stop on it "
+                                                 "(1 error):\n\n- Sub-object 'thruster'"))
+        << prompts_.questions[0].toStdString();
+    EXPECT_NE(*ReadFileBytes(mine), broken);
+    prompts_.fileNames = {Q(dir_ / "other.oof")};
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(files_.SaveAs());  // asked before the file name
+    EXPECT_TRUE(prompts_.titles.isEmpty());
+
+    prompts_.answers = {QMessageBox::Save};
+    EXPECT_TRUE(files_.Save());
+    EXPECT_EQ(*ReadFileBytes(mine), broken);
+    EXPECT_NE(original, broken);
+}
+
 }  // namespace
 }  // namespace mw

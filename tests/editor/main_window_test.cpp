@@ -113,6 +113,7 @@ TEST_F(EditorTest, EveryMenuItemHasItsCaptionAndShortcut) {
         {"mnuEditPoint_3", "&Gunpoint", "Ctrl+G"},
         {"mnuRecalcVertNormals", "Recalculate Normals", ""},
         {"mnuToolsScale", "Scale Model...", ""},
+        {"mnuToolsCheck", "Check Model...", ""},
         {"mnuViewMode_0", "Selection", ""},
         {"mnuViewMode_3", "Pan", ""},
         {"mnuViewType_0", "Wireframe", ""},
@@ -196,13 +197,13 @@ TEST_F(EditorTest, ToolBarButtonsHaveTipsIconsAndNames) {
 
 TEST_F(EditorTest, CommandsNeedAModelAndASelection) {
     for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
-                             "mnuRecalcVertNormals", "mnuToolsScale"}) {
+                             "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
         EXPECT_FALSE(Action(name)->isEnabled()) << name;
     }
     EXPECT_FALSE(Action("mnuFileImportP3D")->isEnabled());  // no compiler set
     ASSERT_TRUE(window_->LoadModel(kShip));
     for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
-                             "mnuRecalcVertNormals", "mnuToolsScale"}) {
+                             "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
         EXPECT_TRUE(Action(name)->isEnabled()) << name;
     }
 

@@ -2,6 +2,7 @@
 // from the viewport's textures, and screenshots of the panels.
 #include <gtest/gtest.h>
 #include <QAccessible>
+#include <QDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QTabBar>
@@ -14,6 +15,7 @@
 #include "model/file_io.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
+#include "model/properties.h"
 #include "support/temp_dir.h"
 
 namespace mw {
@@ -153,6 +155,18 @@ TEST_F(PanelsWindowTest, Screenshots) {
     ShowTab("Textures");
     Preview(0);
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-textures.png")));
+
+    // The check window over a model with a few findings.
+    ModelData& m = doc().model();
+    m.AttachNormals.push_back(m.AttachNormals[0]);
+    m.Sub(6).Properties = "$glow=1,1";
+    ParseProperties(m.Sub(6));
+    doc().ResetModel(true);
+    window_->actions().action("mnuToolsCheck")->trigger();
+    auto* check = window_->findChild<QDialog*>("frmCheck");
+    ASSERT_NE(check, nullptr);
+    QTest::qWait(100);
+    EXPECT_TRUE(check->grab().save(ScreenshotPath("editor-check.png")));
 }
 
 }  // namespace
