@@ -1,8 +1,8 @@
 // Writes the bundled sample: meshwright-make-sample SAMPLES_DIR
 // (SAMPLES_DIR/ship.oof and SAMPLES_DIR/gamedata/d3.hog).
 #include <filesystem>
-#include <string>
 #include <iostream>
+#include <string>
 
 #include "model/file_io.h"
 #include "model/oof_writer.h"

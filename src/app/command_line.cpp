@@ -9,9 +9,9 @@ namespace {
 
 // Qt's options that take a value, and those that do not (QGuiApplication and QApplication).
 constexpr std::array<std::string_view, 12> kQtWithValue{
-    "-platform",   "-platformpluginpath", "-platformtheme", "-plugin",
-    "-style",      "-stylesheet",         "-display",       "-geometry",
-    "-qwindowgeometry", "-qwindowtitle",  "-qwindowicon",   "-session"};
+    "-platform",        "-platformpluginpath", "-platformtheme", "-plugin",
+    "-style",           "-stylesheet",         "-display",       "-geometry",
+    "-qwindowgeometry", "-qwindowtitle",       "-qwindowicon",   "-session"};
 constexpr std::array<std::string_view, 5> kQtFlags{"-reverse", "-nograb", "-dograb", "-sync",
                                                    "-widgetcount"};
 

@@ -61,8 +61,7 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
     Settings settings;
     if (const int status = ResolveGameData(gameData, settings, err)) return status;
     std::optional<std::vector<bool>> resolved;
-    if (!settings.D3HogPath.empty() || !settings.Extra13Path.empty() ||
-        !settings.MN3GAMPath.empty() || !settings.OGFPath.empty()) {
+    if (NamesGameData(settings)) {
         GameData game;
         TerminalProgress progress(err);
         StreamMessages messages(err);

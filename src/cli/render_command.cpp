@@ -139,8 +139,7 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
     const std::vector<std::uint32_t> missing = MakeMissingTexture(1);
     LoadedTextures loaded;
     GameData data;
-    const bool gameData = !settings.D3HogPath.empty() || !settings.Extra13Path.empty() ||
-                          !settings.MN3GAMPath.empty() || !settings.OGFPath.empty();
+    const bool gameData = NamesGameData(settings);
     if (gameData) {
         data.Hog.ReadHOGs(settings, nullptr);
         data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);

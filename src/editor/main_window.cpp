@@ -132,8 +132,8 @@ void frmOOF::ShowHelp() {
 
 void frmOOF::ShowCheck() {
     if (check_ == nullptr) {
-        check_ = new CheckDialog(*doc_, DocumentCheck(*doc_, &viewport_->textures(), &settings_),
-                                 this);
+        check_ =
+            new CheckDialog(*doc_, DocumentCheck(*doc_, &viewport_->textures(), &settings_), this);
     }
     check_->Refresh();
     check_->show();

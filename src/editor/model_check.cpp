@@ -10,9 +10,7 @@ namespace mw {
 ModelCheck DocumentCheck(const Document& doc, const LoadedTextures* textures,
                          const Settings* settings) {
     return [&doc, textures, settings] {
-        const bool gameData = settings != nullptr &&
-                              (!settings->D3HogPath.empty() || !settings->Extra13Path.empty() ||
-                               !settings->MN3GAMPath.empty() || !settings->OGFPath.empty());
+        const bool gameData = settings != nullptr && NamesGameData(*settings);
         if (!gameData || textures == nullptr ||
             textures->Resolved.size() != doc.model().Textures.size()) {
             return CheckModel(doc.model());
@@ -33,8 +31,9 @@ QString SaveWithErrorsQuestion(const std::vector<Finding>& findings) {
     }
     if (errors == 0) return {};
     if (errors > 5) lines << QString("... and %1 more.").arg(errors - 5);
-    return QString("The game will refuse this model or stop on it (%1):\n\n%2\n\n"
-                   "Tools > Check Model... lists every finding. Save it anyway?")
+    return QString(
+               "The game will refuse this model or stop on it (%1):\n\n%2\n\n"
+               "Tools > Check Model... lists every finding. Save it anyway?")
         .arg(errors == 1 ? QString("1 error") : QString("%1 errors").arg(errors), lines.join("\n"));
 }
 

@@ -79,6 +79,12 @@ void SaveSettings(clsIniFile& ini, const Settings& s,
 // "d3.hog" file name) and ends OGFPath with the folder separator.
 void DeriveArchivePaths(Settings& s);
 
+// Whether the settings name any game data: an archive, a mission or a loose-image folder.
+inline bool NamesGameData(const Settings& s) {
+    return !s.D3HogPath.empty() || !s.Extra13Path.empty() || !s.MN3GAMPath.empty() ||
+           !s.OGFPath.empty();
+}
+
 // Where the settings file lives: beside the program when such a file exists there and can
 // be written, otherwise under $XDG_CONFIG_HOME (or ~/.config)/Meshwright/.
 std::filesystem::path SettingsFilePath(const std::filesystem::path& programDir);

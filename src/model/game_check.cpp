@@ -49,7 +49,8 @@ class Checker {
         return f;
     }
     Finding& AddFor(int s, Severity level, const char* code, const std::string& message) {
-        Finding& f = Add(level, code, "Sub-object '" + Utf8From1252(m_.Sub(s).Name) + "': " + message);
+        Finding& f =
+            Add(level, code, "Sub-object '" + Utf8From1252(m_.Sub(s).Name) + "': " + message);
         f.SubObject = s;
         return f;
     }
@@ -81,11 +82,11 @@ class Checker {
             f.SubObject = s;
         }
         if (properties.size() > static_cast<std::size_t>(kGameMaxPropertyLength)) {
-            Finding& f = Add(Severity::Error, "property-too-long",
-                             what + " has a property string of " +
-                                 std::to_string(properties.size()) +
-                                 " characters; the game takes at most " +
-                                 std::to_string(kGameMaxPropertyLength) + ".");
+            Finding& f =
+                Add(Severity::Error, "property-too-long",
+                    what + " has a property string of " + std::to_string(properties.size()) +
+                        " characters; the game takes at most " +
+                        std::to_string(kGameMaxPropertyLength) + ".");
             f.SubObject = s;
         }
     }
@@ -104,15 +105,15 @@ class Checker {
             if (corners < 1 || corners > kGameMaxFaceCorners) {
                 AddFor(s, Severity::Error, "face-corners",
                        "face " + std::to_string(i) + " has " + std::to_string(corners) +
-                           " corners; the game takes 1 to " +
-                           std::to_string(kGameMaxFaceCorners) + ".");
+                           " corners; the game takes 1 to " + std::to_string(kGameMaxFaceCorners) +
+                           ".");
                 break;
             }
         }
         const std::uint32_t flags = sub.PropertyFlags;
         if ((flags & (kPropFacing | kPropGlow)) != 0) {
-            const bool single = sub.Faces.size() == 1 &&
-                                sub.Faces[0].VertexCount <= kGameMaxSingleFaceCorners;
+            const bool single =
+                sub.Faces.size() == 1 && sub.Faces[0].VertexCount <= kGameMaxSingleFaceCorners;
             if (!single) {
                 AddFor(s, Severity::Error, "single-face-required",
                        std::string((flags & kPropFacing) != 0 ? "a facing" : "a glow or thruster") +
@@ -125,7 +126,8 @@ class Checker {
         if ((flags & kPropGlow) != 0 && numbers.size() < 4) {
             AddFor(s, Severity::Error, "glow-values",
                    "the glow or thruster property needs red, green, blue and size (4 numbers); "
-                   "it has " + std::to_string(numbers.size()) + ".");
+                   "it has " +
+                       std::to_string(numbers.size()) + ".");
         }
         if ((flags & kPropFov) != 0) TurretValues(s, numbers);
         if ((flags & (kPropRotate | kPropFov)) != 0 && sub.Rot.Keys.empty()) {
@@ -139,15 +141,16 @@ class Checker {
         if (numbers.size() < 3) {
             AddFor(s, Severity::Error, "turret-values",
                    "the turret property needs FOV, seconds per rotation and reaction time "
-                   "(3 numbers); it has " + std::to_string(numbers.size()) + ".");
+                   "(3 numbers); it has " +
+                       std::to_string(numbers.size()) + ".");
             return;
         }
         struct Range {
             const char* what;
             double lo, hi;
         };
-        const Range ranges[3] = {{"FOV", 0, 360}, {"seconds per rotation", 0, 60},
-                                 {"reaction time", 0, 10}};
+        const Range ranges[3] = {
+            {"FOV", 0, 360}, {"seconds per rotation", 0, 60}, {"reaction time", 0, 10}};
         for (int i = 0; i < 3; ++i) {
             const double v = numbers[static_cast<std::size_t>(i)];
             if (v < ranges[i].lo || v > ranges[i].hi) {
@@ -175,8 +178,10 @@ class Checker {
         const int count = static_cast<int>(m_.Batteries.size());
         if (count > kGameMaxBatteries) {
             Add(Severity::Error, "too-many-batteries",
-                "The model has " + std::to_string(count) + " weapon batteries; the game takes at "
-                "most " + std::to_string(kGameMaxBatteries) + ".");
+                "The model has " + std::to_string(count) +
+                    " weapon batteries; the game takes at "
+                    "most " +
+                    std::to_string(kGameMaxBatteries) + ".");
         }
         for (int b = 0; b < count; ++b) {
             const WeaponBattery& battery = m_.Batteries[static_cast<std::size_t>(b)];
@@ -187,15 +192,15 @@ class Checker {
                 return f;
             };
             if (battery.Turrets.size() > static_cast<std::size_t>(kMaxBatteryEntries))
-                add("battery-too-many-turrets", std::to_string(battery.Turrets.size()) +
-                                                    " turrets; the game takes at most 8.");
+                add("battery-too-many-turrets",
+                    std::to_string(battery.Turrets.size()) + " turrets; the game takes at most 8.");
             if (battery.GunPoints.size() > static_cast<std::size_t>(kMaxBatteryEntries))
                 add("battery-too-many-gunpoints", std::to_string(battery.GunPoints.size()) +
                                                       " gun points; the game takes at most 8.");
             for (int s : battery.Turrets) {
                 if (!m_.IsRecord(s)) {
-                    add("battery-not-a-turret", "sub-object " + std::to_string(s) +
-                                                    " does not exist.");
+                    add("battery-not-a-turret",
+                        "sub-object " + std::to_string(s) + " does not exist.");
                 } else if ((m_.Sub(s).PropertyFlags & kPropFov) == 0) {
                     add("battery-not-a-turret", "sub-object '" + Utf8From1252(m_.Sub(s).Name) +
                                                     "' is not a turret ($fov=).")

@@ -26,8 +26,8 @@ class CliCheckTest : public ::testing::Test {
 };
 
 TEST_F(CliCheckTest, TheSampleIsClean) {
-    const auto r = Cli({"check", kSample, "--json", "--d3hog",
-                        MW_SOURCE_DIR "/samples/gamedata/d3.hog"});
+    const auto r =
+        Cli({"check", kSample, "--json", "--d3hog", MW_SOURCE_DIR "/samples/gamedata/d3.hog"});
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "{\"findings\":[]}\n");
 }
@@ -59,7 +59,8 @@ TEST_F(CliCheckTest, MissingTexturesNeedGameDataAndUnreadableFilesKeepTheirCodes
     m.Textures[1].Name = "no_such_texture";
     const std::string path = Write(m, "textures.oof");
     EXPECT_EQ(Cli({"check", path}).out, "No findings: the game takes this model as it is.\n");
-    const auto r = Cli({"check", path, "--json", "--d3hog", MW_SOURCE_DIR "/samples/gamedata/d3.hog"});
+    const auto r =
+        Cli({"check", path, "--json", "--d3hog", MW_SOURCE_DIR "/samples/gamedata/d3.hog"});
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("\"code\":\"texture-unresolved\",\"subobject\":null,\"point\":null,"
                          "\"texture\":1"),

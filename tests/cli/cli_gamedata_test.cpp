@@ -65,11 +65,11 @@ std::string SourceOf(const std::string& json, const std::string& name) {
 TEST(CliGameData, TexturesNameWhereEachTextureCameFrom) {
     test::TempDir dir("cli_sources");
     ASSERT_EQ(WriteFileReplacing(dir / "Ship_Wing.OGF", Plain(0xff00ff00u)), "");
-    ASSERT_EQ(WriteFileReplacing(dir / "Mine.mn3",
-                                 WriteHOG({{"ship_turret.ogf", Plain(0xffff0000u)}})),
-              "");
-    ASSERT_EQ(WriteFileReplacing(dir / "Extra13.hog", WriteHOG({{"SHIP_TURRET.ogf", Plain(0xffu)}})),
-              "");
+    ASSERT_EQ(
+        WriteFileReplacing(dir / "Mine.mn3", WriteHOG({{"ship_turret.ogf", Plain(0xffff0000u)}})),
+        "");
+    ASSERT_EQ(
+        WriteFileReplacing(dir / "Extra13.hog", WriteHOG({{"SHIP_TURRET.ogf", Plain(0xffu)}})), "");
     // The folder is given without its trailing separator.
     const CliRun r = Cli({"textures", kSample, "--d3hog", kArchive, "--ogf-path",
                           dir.path().string(), "--mission", (dir / "Mine.mn3").string(),
@@ -78,9 +78,9 @@ TEST(CliGameData, TexturesNameWhereEachTextureCameFrom) {
     EXPECT_EQ(SourceOf(r.out, "ship_hull"), "d3.hog");
     EXPECT_EQ(SourceOf(r.out, "ship_wing"), "loose");
     EXPECT_EQ(SourceOf(r.out, "ship_turret"), "mission");
-    const CliRun noMission = Cli({"textures", kSample, "--d3hog", kArchive, "--ogf-dir",
-                                  dir.path().string(), "--extra13", (dir / "Extra13.hog").string(),
-                                  "--json"});
+    const CliRun noMission =
+        Cli({"textures", kSample, "--d3hog", kArchive, "--ogf-dir", dir.path().string(),
+             "--extra13", (dir / "Extra13.hog").string(), "--json"});
     EXPECT_EQ(SourceOf(noMission.out, "ship_wing"), "loose");  // --ogf-dir is the same option
     EXPECT_EQ(SourceOf(noMission.out, "ship_turret"), "extra13.hog");
     EXPECT_EQ(SourceOf(Cli({"textures", kSample, "--json"}).out, "ship_hull"), "missing");
@@ -88,12 +88,16 @@ TEST(CliGameData, TexturesNameWhereEachTextureCameFrom) {
 
 // Every command answers --help on stdout and refuses an option it does not know.
 TEST(CliContract, EveryCommandHasHelpAndRefusesUnknownOptions) {
-    const std::vector<std::vector<std::string>> commands = {
-        {"info", kSample},        {"resave", kSample, "out.oof"},
-        {"edit", kSample, "out.oof"}, {"convert", kSample, "out.orf"},
-        {"render", kSample, "--png", "out.png"}, {"textures", kSample},
-        {"hog", "list", kArchive}, {"image", kArchive}, {"check", kSample},
-        {"gam", "dump", kArchive}};
+    const std::vector<std::vector<std::string>> commands = {{"info", kSample},
+                                                            {"resave", kSample, "out.oof"},
+                                                            {"edit", kSample, "out.oof"},
+                                                            {"convert", kSample, "out.orf"},
+                                                            {"render", kSample, "--png", "out.png"},
+                                                            {"textures", kSample},
+                                                            {"hog", "list", kArchive},
+                                                            {"image", kArchive},
+                                                            {"check", kSample},
+                                                            {"gam", "dump", kArchive}};
     for (const auto& command : commands) {
         auto help = command;
         help.push_back("--help");

@@ -206,8 +206,9 @@ TEST_F(FileCommandsTest, SavingAModelTheGameRefusesAsksFirst) {
     prompts_.answers = {QMessageBox::Cancel};
     EXPECT_FALSE(files_.Save());
     ASSERT_EQ(prompts_.questions.size(), 1);
-    EXPECT_TRUE(prompts_.questions[0].startsWith("The game will refuse this model or stop on it "
-                                                 "(1 error):\n\n- Sub-object 'thruster'"))
+    EXPECT_TRUE(
+        prompts_.questions[0].startsWith("The game will refuse this model or stop on it "
+                                         "(1 error):\n\n- Sub-object 'thruster'"))
         << prompts_.questions[0].toStdString();
     EXPECT_NE(*ReadFileBytes(mine), broken);
     prompts_.fileNames = {Q(dir_ / "other.oof")};

@@ -26,7 +26,7 @@ ModelData UntidyShip() {
             f.Normal = Scale(f.Normal, 0.5f + 0.01f * static_cast<float>(n++ % 40));
     }
     auto& keys = m.Sub(3).Rot.Keys;
-    keys[2].Axis = {0.6000001f, 0.8f, 0.0f};         // |length² - 1| about 1.2e-7
+    keys[2].Axis = {0.6000001f, 0.8f, 0.0f};                  // |length² - 1| about 1.2e-7
     keys.push_back({30, {0, 2.0f, 0}, 0, IdentityMatrix()});  // not unit; zero angle
     m.Sub(3).Rot.LastFrame = 30;
     for (int s = 0; s < static_cast<int>(m.SubObjects.size()); ++s)

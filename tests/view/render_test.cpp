@@ -3,10 +3,10 @@
 
 #include <memory>
 
+#include "gamedata_writers.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
-#include "gamedata_writers.h"
 #include "support/cli_run.h"
 #include "support/offscreen_fixture.h"
 #include "support/temp_dir.h"
@@ -233,8 +233,10 @@ TEST(RenderCommandTest, TheMissionOptionDrawsTheMissionsTextures) {
     const std::string archive = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
     const auto bluePixels = [&](const std::vector<std::string>& extra) {
         const std::string png = (dir / "ship.png").string();
-        std::vector<std::string> args = {"render", MW_SOURCE_DIR "/samples/ship.oof", "--png",
-                                         png, "--size", "320x240", "--d3hog", archive};
+        std::vector<std::string> args = {"render",  MW_SOURCE_DIR "/samples/ship.oof",
+                                         "--png",   png,
+                                         "--size",  "320x240",
+                                         "--d3hog", archive};
         args.insert(args.end(), extra.begin(), extra.end());
         const test::CliRun r = test::Cli(args);
         EXPECT_EQ(r.status, 0) << r.err;

@@ -70,9 +70,9 @@ CheckDialog::CheckDialog(Document& doc, ModelCheck check, QWidget* parent)
     connect(list_, &QTreeWidget::itemDoubleClicked, this,
             [this](QTreeWidgetItem* item) { SelectFinding(list_->indexOfTopLevelItem(item)); });
     // The list follows the model: every edit and its undo checks again.
-    for (auto signal : {&Document::modelReset, &Document::structureChanged,
-                        &Document::pointsChanged, &Document::batteriesChanged,
-                        &Document::modelValuesChanged}) {
+    for (auto signal :
+         {&Document::modelReset, &Document::structureChanged, &Document::pointsChanged,
+          &Document::batteriesChanged, &Document::modelValuesChanged}) {
         connect(&doc_, signal, this, &CheckDialog::Refresh);
     }
     connect(&doc_, &Document::subObjectChanged, this, &CheckDialog::Refresh);
