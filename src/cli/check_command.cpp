@@ -3,7 +3,6 @@
 #include "cli/cli.h"
 #include "cli/game_data_options.h"
 #include "cli/json_writer.h"
-#include "cli/terminal_progress.h"
 #include "gamedata/texture_loader.h"
 #include "model/game_check.h"
 
@@ -63,16 +62,11 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
     std::optional<std::vector<bool>> resolved;
     if (NamesGameData(settings)) {
         GameData game;
-        TerminalProgress progress(err);
-        StreamMessages messages(err);
-        game.Hog.ReadHOGs(settings, &progress);
-        game.Gam.ReadGAMs(game.Hog, settings, &progress, &messages);
+        ReadGameData(settings, game, err);
         NoUploader uploader;
         LoadedTextures loaded;
         LoadModelTextures(model, file, game, settings, MakeMissingTexture(1), uploader, loaded);
-        resolved.emplace();
-        for (const ResolvedTexture& r : loaded.Resolved)
-            resolved->push_back(r.Source != TextureSource::Missing);
+        resolved = FoundInGameData(loaded);
     }
     const std::vector<Finding> findings = CheckModel(model, resolved ? &*resolved : nullptr);
 

@@ -1,6 +1,7 @@
 #include "cli/game_data_options.h"
 
 #include "cli/cli.h"
+#include "cli/terminal_progress.h"
 
 namespace mw {
 
@@ -36,6 +37,13 @@ int ResolveGameData(const GameDataOptions& options, Settings& settings, std::ost
     DeriveArchivePaths(settings);
     if (options.extra13) settings.Extra13Path = *options.extra13;
     return 0;
+}
+
+void ReadGameData(Settings& settings, GameData& game, std::ostream& err) {
+    TerminalProgress progress(err);
+    StreamMessages messages(err);
+    game.Hog.ReadHOGs(settings, &progress);
+    game.Gam.ReadGAMs(game.Hog, settings, &progress, &messages);
 }
 
 }  // namespace mw

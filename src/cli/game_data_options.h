@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "gamedata/settings.h"
+#include "gamedata/texture_loader.h"
 
 namespace mw {
 
@@ -33,5 +34,9 @@ bool TakeGameDataOption(const std::vector<std::string>& args, std::size_t& i,
 // The settings the options name. Returns 0, or the exit status when the settings file
 // cannot be read.
 int ResolveGameData(const GameDataOptions& options, Settings& settings, std::ostream& err);
+
+// Reads the archives and GAM tables the settings name, reporting progress and messages on
+// `err`.
+void ReadGameData(Settings& settings, GameData& game, std::ostream& err);
 
 }  // namespace mw

@@ -3,7 +3,6 @@
 #include "cli/cli.h"
 #include "cli/game_data_options.h"
 #include "cli/json_writer.h"
-#include "cli/terminal_progress.h"
 #include "gamedata/texture_loader.h"
 #include "model/text_codec.h"
 
@@ -61,10 +60,7 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
     ModelData data;
     if (const int status = LoadModelFile(model, data, err)) return status;
     GameData game;
-    TerminalProgress progress(err);
-    StreamMessages messages(err);
-    game.Hog.ReadHOGs(settings, &progress);
-    game.Gam.ReadGAMs(game.Hog, settings, &progress, &messages);
+    ReadGameData(settings, game, err);
     CountingUploader uploader;
     LoadedTextures loaded;
     LoadModelTextures(data, model, game, settings, MakeMissingTexture(1), uploader, loaded);

@@ -131,11 +131,13 @@ void frmOOF::ShowHelp() {
 }
 
 void frmOOF::ShowCheck() {
+    // A new window checks as it is made; one that was closed checks again.
     if (check_ == nullptr) {
         check_ =
             new CheckDialog(*doc_, DocumentCheck(*doc_, &viewport_->textures(), &settings_), this);
+    } else {
+        check_->Refresh();
     }
-    check_->Refresh();
     check_->show();
     check_->raise();
 }

@@ -15,9 +15,7 @@ ModelCheck DocumentCheck(const Document& doc, const LoadedTextures* textures,
             textures->Resolved.size() != doc.model().Textures.size()) {
             return CheckModel(doc.model());
         }
-        std::vector<bool> resolved;
-        for (const ResolvedTexture& r : textures->Resolved)
-            resolved.push_back(r.Source != TextureSource::Missing);
+        const std::vector<bool> resolved = FoundInGameData(*textures);
         return CheckModel(doc.model(), &resolved);
     };
 }

@@ -36,6 +36,13 @@ std::vector<std::uint32_t> MakeMissingTexture(std::uint32_t seed) {
     return pixels;
 }
 
+std::vector<bool> FoundInGameData(const LoadedTextures& loaded) {
+    std::vector<bool> found;
+    for (const ResolvedTexture& r : loaded.Resolved)
+        found.push_back(r.Source != TextureSource::Missing);
+    return found;
+}
+
 std::optional<DecodedImage> DecodeGameTexture(std::string_view name, GameData& data,
                                               const Settings& settings) {
     const TexLookup found = data.Hog.GetTexIndex(name, settings);

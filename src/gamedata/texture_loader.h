@@ -47,6 +47,9 @@ struct LoadedTextures {
     std::uint8_t ObjectKind = 0;
 };
 
+// Per model texture: whether the game data had it.
+std::vector<bool> FoundInGameData(const LoadedTextures& loaded);
+
 // The game-data readers the loader works with.
 struct GameData {
     clsHOG Hog;

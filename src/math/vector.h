@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
 
 namespace mw {
 
@@ -28,6 +29,8 @@ struct Matrix4 {
 
 // The value of pi used for rotation-key angles: 65536 units make a full turn.
 inline constexpr double kKeyPi = 3.14159265358979;
+
+inline constexpr double kDegreesPerRadian = 180.0 / std::numbers::pi;
 
 Matrix4 IdentityMatrix();
 

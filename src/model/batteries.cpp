@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "model/properties.h"
 #include "model/structure.h"
 
 namespace mw {
@@ -14,19 +15,6 @@ const WeaponBattery* FindBattery(const ModelData& model, int b) {
 
 bool Contains(const std::vector<std::int32_t>& list, int value) {
     return std::find(list.begin(), list.end(), value) != list.end();
-}
-
-// The leading decimal digits of `text` (with an optional sign), as a number; 0 when none.
-int LeadingNumber(std::string_view text) {
-    std::size_t i = 0;
-    while (i < text.size() && text[i] == ' ')
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
-    long value = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9' && value < 1000000; ++i)
-        value = value * 10 + (text[i] - '0');
-    return static_cast<int>(negative ? -value : value);
 }
 
 }  // namespace
@@ -65,9 +53,11 @@ std::optional<BatteryEntry> ParseBatteryEntry(const ModelData& model, std::strin
                                               bool assignedList) {
     const bool gunPoint =
         assignedList ? text.find("GPNT") != std::string_view::npos : text.starts_with("GPNT");
-    if (gunPoint)
-        return BatteryEntry{true,
-                            LeadingNumber(text.substr(std::min<std::size_t>(4, text.size())))};
+    if (gunPoint) {
+        // The number after "GPNT", kept within the int range.
+        const double index = LeadingNumber(text.substr(std::min<std::size_t>(4, text.size())));
+        return BatteryEntry{true, static_cast<int>(std::clamp(index, -1.0, 1e6))};
+    }
     for (int k = 0; k < model.SubObjectCount(); ++k) {
         if (model.Sub(model.Head(k)).Name == text) return BatteryEntry{false, model.Head(k)};
     }

@@ -19,6 +19,7 @@ TEST(CheckDialogTest, ListsFindingsSelectsTheirPartsAndFollowsEdits) {
     m.Sub(3).Rot.Keys.clear();
     doc.ResetModel(true);
     CheckDialog dialog(doc, DocumentCheck(doc, nullptr, nullptr));
+    dialog.show();
     auto* list = dialog.findChild<QTreeWidget*>("lstFindings");
     ASSERT_EQ(list->topLevelItemCount(), 2);
     EXPECT_EQ(list->topLevelItem(0)->text(0), "warning");

@@ -9,25 +9,17 @@
 #include <QVBoxLayout>
 
 #include "editor/document.h"
+#include "editor/file_text.h"
 #include "editor/prompts.h"
-#include "model/text_codec.h"
 
 namespace mw {
-namespace {
-
-QString FromFile(const std::string& bytes) {
-    return QString::fromStdString(Utf8From1252(bytes));
-}
-
-}  // namespace
-
 QString FindingPlace(const ModelData& model, const Finding& f) {
     if (f.Point) return QString("%1 %2").arg(PointTag(f.Point->Type)).arg(f.Point->Index);
     if (f.SubObject >= 0 && model.IsRecord(f.SubObject))
-        return FromFile(model.Sub(f.SubObject).Name);
+        return FromFileText(model.Sub(f.SubObject).Name);
     if (f.Texture >= 0 && f.Texture < static_cast<int>(model.Textures.size())) {
         const Texture& t = model.Textures[static_cast<std::size_t>(f.Texture)];
-        return "texture " + FromFile(t.Name.empty() ? t.GameName : t.Name);
+        return "texture " + FromFileText(t.Name.empty() ? t.GameName : t.Name);
     }
     if (f.Battery >= 0) return QString("battery %1").arg(f.Battery + 1);
     return "model";
@@ -69,15 +61,19 @@ CheckDialog::CheckDialog(Document& doc, ModelCheck check, QWidget* parent)
     connect(again, &QPushButton::clicked, this, &CheckDialog::Refresh);
     connect(list_, &QTreeWidget::itemDoubleClicked, this,
             [this](QTreeWidgetItem* item) { SelectFinding(list_->indexOfTopLevelItem(item)); });
-    // The list follows the model: every edit and its undo checks again.
+    // While the window is open the list follows the model: every edit and its undo checks
+    // again. A closed window checks when it is opened.
+    const auto follow = [this] {
+        if (isVisible()) Refresh();
+    };
     for (auto signal :
          {&Document::modelReset, &Document::structureChanged, &Document::pointsChanged,
           &Document::batteriesChanged, &Document::modelValuesChanged}) {
-        connect(&doc_, signal, this, &CheckDialog::Refresh);
+        connect(&doc_, signal, this, follow);
     }
-    connect(&doc_, &Document::subObjectChanged, this, &CheckDialog::Refresh);
-    connect(&doc_, &Document::keysChanged, this, &CheckDialog::Refresh);
-    connect(&doc_, &Document::geometryChanged, this, &CheckDialog::Refresh);
+    connect(&doc_, &Document::subObjectChanged, this, follow);
+    connect(&doc_, &Document::keysChanged, this, follow);
+    connect(&doc_, &Document::geometryChanged, this, follow);
     resize(760, 360);
     Refresh();
 }

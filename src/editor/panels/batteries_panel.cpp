@@ -8,11 +8,11 @@
 #include <QVBoxLayout>
 
 #include "editor/document.h"
+#include "editor/file_text.h"
 #include "editor/panel_commands.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/widgets/spin_control.h"
 #include "model/batteries.h"
-#include "model/text_codec.h"
 
 namespace mw {
 namespace {
@@ -35,11 +35,11 @@ QListWidget* MakeList(QWidget* parent, const QString& name, const QString& capti
 void Fill(QListWidget* list, const std::vector<std::string>& entries) {
     list->clear();
     for (const std::string& entry : entries)
-        list->addItem(QString::fromStdString(Utf8From1252(entry)));
+        list->addItem(FromFileText(entry));
 }
 
 std::string EntryText(const QListWidgetItem* item) {
-    return Cp1252FromUtf8(item->text().toStdString());
+    return ToFileText(item->text());
 }
 
 }  // namespace

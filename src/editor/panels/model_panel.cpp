@@ -8,19 +8,15 @@
 #include <QVBoxLayout>
 
 #include "editor/document.h"
+#include "editor/file_text.h"
 #include "editor/panel_commands.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/widgets/spin_control.h"
-#include "model/text_codec.h"
 
 namespace mw {
 namespace {
 
 enum SpecialField { kName, kProperty, kRadius, kPosition };
-
-QString FromFile(const std::string& bytes) {
-    return QString::fromStdString(Utf8From1252(bytes));
-}
 
 }  // namespace
 
@@ -118,9 +114,10 @@ void ModelPanel::ShowModelPanel() {
     chkUseSPCL_->setChecked(used);
     EnableSpecialFields(used);
     const SpecialPoint shown = model.Special.value_or(SpecialPoint{});
-    if (txtSPCLName_->text() != FromFile(shown.Name)) txtSPCLName_->setText(FromFile(shown.Name));
-    if (txtSPCLProperty_->text() != FromFile(shown.Properties))
-        txtSPCLProperty_->setText(FromFile(shown.Properties));
+    if (txtSPCLName_->text() != FromFileText(shown.Name))
+        txtSPCLName_->setText(FromFileText(shown.Name));
+    if (txtSPCLProperty_->text() != FromFileText(shown.Properties))
+        txtSPCLProperty_->setText(FromFileText(shown.Properties));
     txtSPCLRadius_->SetValue(shown.Radius);
     txtSPCLpos_[0]->SetValue(shown.Position.X);
     txtSPCLpos_[1]->SetValue(shown.Position.Y);
@@ -130,8 +127,7 @@ void ModelPanel::ShowModelPanel() {
 
 void ModelPanel::StoreSpecialText(int field) {
     if (filling_) return;
-    const std::string text =
-        Cp1252FromUtf8((field == kName ? txtSPCLName_ : txtSPCLProperty_)->text().toStdString());
+    const std::string text = ToFileText((field == kName ? txtSPCLName_ : txtSPCLProperty_)->text());
     doc_.Apply(MakeSpecialCommand(doc_, field, [field, text](SpecialPoint& p) {
         (field == kName ? p.Name : p.Properties) = text;
     }));

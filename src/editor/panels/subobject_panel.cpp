@@ -14,11 +14,11 @@
 
 #include "editor/document.h"
 #include "editor/edit_commands.h"
+#include "editor/file_text.h"
 #include "editor/panel_commands.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/prompts.h"
 #include "editor/widgets/spin_control.h"
-#include "model/text_codec.h"
 
 namespace mw {
 namespace {
@@ -277,8 +277,7 @@ void SubObjectPanel::ShowSubModelPanel() {
     txtSOBJRadius_->SetValue(sub.Radius);
     chkShowSOBJRadius_->setChecked(doc_.display().ShowSOBJRadius);
     chkShowSOBJBounding_->setChecked(doc_.display().ShowSOBJBounding);
-    if (!txtSOBJName_->hasFocus())
-        txtSOBJName_->setText(QString::fromStdString(Utf8From1252(sub.Name)));
+    if (!txtSOBJName_->hasFocus()) txtSOBJName_->setText(FromFileText(sub.Name));
     txtSOBJOffset_[0]->SetValue(sub.Offset.X);
     txtSOBJOffset_[1]->SetValue(sub.Offset.Y);
     txtSOBJOffset_[2]->SetValue(sub.Offset.Z);
@@ -386,10 +385,10 @@ void SubObjectPanel::CommitName() {
     const QString text = txtSOBJName_->text();
     const std::string stored = doc_.model().Sub(s).Name;
     if (text.isEmpty()) {
-        txtSOBJName_->setText(QString::fromStdString(Utf8From1252(stored)));
+        txtSOBJName_->setText(FromFileText(stored));
         return;
     }
-    doc_.Apply(MakeRenameCommand(doc_, s, Cp1252FromUtf8(text.toStdString())));
+    doc_.Apply(MakeRenameCommand(doc_, s, ToFileText(text)));
     doc_.EndEditSession();
 }
 

@@ -8,26 +8,18 @@
 #include <filesystem>
 
 #include "editor/document.h"
+#include "editor/file_text.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/panels/texture_preview.h"
 #include "editor/viewport.h"
 #include "gamedata/texture_loader.h"
-#include "model/text_codec.h"
 
 namespace mw {
-namespace {
-
-QString FromFile(const std::string& bytes) {
-    return QString::fromStdString(Utf8From1252(bytes));
-}
-
-}  // namespace
-
 QString TextureListEntry(const std::string& gameName, const std::string& fileName) {
     const std::string& shown = !gameName.empty() ? gameName : fileName;
     if (shown.empty()) return {};
     const bool resolved = !gameName.empty() && !fileName.empty();
-    return (resolved ? QString() : QString("*")) + FromFile(shown);
+    return (resolved ? QString() : QString("*")) + FromFileText(shown);
 }
 
 TexturesPanel::TexturesPanel(Document& doc, GameData& game, const Settings& settings,
@@ -94,16 +86,16 @@ void TexturesPanel::ShowSelectedTexture() {
         return;
     }
     const Texture& tex = textures[static_cast<std::size_t>(t)];
-    lblTexName_[0]->setText(FromFile(tex.GameName.empty() ? tex.Name : tex.GameName));
+    lblTexName_[0]->setText(FromFileText(tex.GameName.empty() ? tex.Name : tex.GameName));
     const TexLookup found = game_.Hog.GetTexIndex(tex.Name, settings_);
     QString image;
     if (found.index == kLooseImageIndex) {
         image = QString::fromStdString(std::filesystem::path(found.path).filename().string());
     } else if (found.index >= 0) {
         const bool animated = !game_.Hog.Textures[static_cast<std::size_t>(found.index)].IsOGF;
-        image = FromFile(tex.Name) + (animated ? ".oaf" : ".ogf");
+        image = FromFileText(tex.Name) + (animated ? ".oaf" : ".ogf");
     } else if (!tex.GameName.empty()) {
-        image = FromFile(tex.GameName) + ".ogf";
+        image = FromFileText(tex.GameName) + ".ogf";
     }
     lblTexName_[1]->setText(image);
     QString size;

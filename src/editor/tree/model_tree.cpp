@@ -2,10 +2,10 @@
 
 #include "editor/document.h"
 #include "editor/edit_commands.h"
+#include "editor/file_text.h"
 #include "editor/toolbar_icons.h"
 #include "editor/tree/tree_control.h"
 #include "gamedata/file_names.h"
-#include "model/text_codec.h"
 
 namespace mw {
 namespace {
@@ -39,7 +39,7 @@ QString PointKey(PointType type, int i) {
 QString SubObjectText(const ModelData& model, int s) {
     const std::string& name = model.Sub(s).Name;
     if (name.empty()) return "Unnamed" + QString::number(s);
-    return QString::fromStdString(Utf8From1252(name));
+    return FromFileText(name);
 }
 
 ModelTree::ModelTree(treeControl& tree, Document& doc) : QObject(&tree), tree_(tree), doc_(doc) {
@@ -195,7 +195,7 @@ void ModelTree::NodeDropped(const QString& source, QString target, bool combine)
 void ModelTree::LabelEdited(const QString& text) {
     const int s = doc_.selection().curSOBJ;
     if (s == -1 || !doc_.model().IsRecord(s)) return;
-    doc_.Apply(MakeRenameCommand(doc_, s, Cp1252FromUtf8(text.toStdString())));
+    doc_.Apply(MakeRenameCommand(doc_, s, ToFileText(text)));
     doc_.EndEditSession();
 }
 

@@ -2,14 +2,12 @@
 
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <cmath>
-#include <numbers>
+
+#include "math/vector.h"
 
 namespace mw {
 namespace {
-
-constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 double Sign(double v) {
     return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0);
@@ -25,7 +23,7 @@ double DialAngleAt(DialKind kind, double x, double y, int w, int h) {
         dy = Sign(dy);
     }
     if (dx == 0) return 90.0 * Sign(dy);
-    double angle = std::atan(dy / dx) * kDegrees;
+    double angle = std::atan(dy / dx) * kDegreesPerRadian;
     if (dx < 0) angle += 180.0 * Sign(dy + 0.0000001);
     return angle;
 }
@@ -51,7 +49,7 @@ QPointF DialLineStart(DialKind kind, int w, int h) {
 }
 
 QPointF DialLineEnd(DialKind kind, double degrees, int w, int h) {
-    const double a = degrees / kDegrees;
+    const double a = degrees / kDegreesPerRadian;
     if (kind == DialKind::LeftRight)
         return {(w - 1) / 2.0 * (1 + std::cos(a)), (h - 1) / 2.0 * (1 - std::sin(a))};
     return {(w - 1) * std::cos(a), (h - 1) / 2.0 - (w - 1) * std::sin(a)};
