@@ -106,9 +106,12 @@ QAction* MainActions::AddToggle(QMenu* menu, const char* name, const QString& ca
     a->setCheckable(true);
     a->setChecked(*flag);
     connect(a, &QAction::toggled, this, [this, flag](bool on) {
+        if (*flag == on) return;
         *flag = on;
-        viewport_.update();
+        doc_.DisplayChanged();
     });
+    // A panel's check box may switch the same flag.
+    connect(&doc_, &Document::displayChanged, a, [a, flag] { a->setChecked(*flag); });
     return a;
 }
 
@@ -462,21 +465,7 @@ void MainActions::UpdateEnabling() {
     action("preferences")->setEnabled(preferences);
     action("mnuViewBackground")->setEnabled(viewport_.renderer().BackgroundLoaded());
     UpdateEditEnabling();
-    // Animation: cut and copy need keys on a selected sub-object; the key clipboard and the
-    // timeline's selected key come with the animation panel.
-    const ModelData& m = doc_.model();
-    const bool subObject = doc_.selection().curSOBJ != -1;
-    const bool keys = m.HasPANI || m.HasRANI;
-    action("mnuAnimationCut")->setEnabled(subObject && keys);
-    action("mnuAnimationCopy")->setEnabled(subObject && keys);
-    action("mnuAnimationPaste")->setEnabled(false);
-    for (const char* name : {"mnuCutKey", "mnuCopyKey", "mnuPasteKey", "mnuPasteAllKeys"})
-        action(name)->setEnabled(false);
-    action("mnuCutAllKeys")->setEnabled(keys);
-    action("mnuCopyAllKeys")->setEnabled(keys);
-    const int filter = doc_.animation().keyFilter;
-    for (int i = 0; i < 3; ++i)
-        action(QString("mnuFilter_%1").arg(i))->setChecked(i == filter);
+    // The Animation menu's key items are the key menu's (it holds the clipboard).
 }
 
 void MainActions::PopupEditMenu(const QPoint& globalPos) {

@@ -54,7 +54,9 @@ void Document::ResetModel(bool ready) {
     selection_ = SelectionState{};
     selection_.modelReady = ready && hasModel();
     animation_.curFrame = 0.0f;
+    const bool wasPlaying = animation_.animPlaying;
     animation_.animPlaying = false;
+    if (wasPlaying) emit playingChanged(false);
     emit modelReset();
     if (wasReady != selection_.modelReady) emit selectionChanged();
 }
@@ -94,6 +96,18 @@ void Document::SetCurrentFrame(float frame) {
     if (frame == animation_.curFrame) return;
     animation_.curFrame = frame;
     emit frameChanged();
+}
+
+void Document::GoToFrame(float frame) {
+    SetPlaying(false);
+    animation_.curFrame = frame;
+    emit frameChanged();
+}
+
+void Document::SetPlaying(bool playing) {
+    if (animation_.animPlaying == playing) return;
+    animation_.animPlaying = playing;
+    emit playingChanged(playing);
 }
 
 bool Document::Apply(QUndoCommand* command) {

@@ -86,7 +86,11 @@ class Document : public QObject {
     void SetSelection(const SelectionState& selection);
     void SetHighlights(int hilite, int hilite2);
 
+    // Playback moves the frame with SetCurrentFrame. GoToFrame is every other frame change
+    // (typed, picked on the timeline, a key edit): playback stops and the views follow.
     void SetCurrentFrame(float frame);
+    void GoToFrame(float frame);
+    void SetPlaying(bool playing);
 
     // Pushes a command; returns true when it changed the model (a command whose operation
     // changed nothing marks itself obsolete and is dropped).
@@ -118,6 +122,7 @@ class Document : public QObject {
     void selectionChanged();
     void highlightChanged();
     void frameChanged();
+    void playingChanged(bool playing);
     void displayChanged();
     void cleanChanged(bool clean);
     void fileChanged();

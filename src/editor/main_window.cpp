@@ -7,11 +7,15 @@
 #include <QVBoxLayout>
 
 #include "editor/actions.h"
+#include "editor/animation_strip.h"
+#include "editor/key_menu.h"
+#include "editor/widgets/key_control.h"
 #include "editor/dialogs/about_dialog.h"
 #include "editor/dialogs/check_dialog.h"
 #include "editor/dialogs/help_window.h"
 #include "editor/document.h"
 #include "editor/file_commands.h"
+#include "editor/panels/animation_panel.h"
 #include "editor/panels/batteries_panel.h"
 #include "editor/panels/model_panel.h"
 #include "editor/panels/panel_host.h"
@@ -50,6 +54,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     panels_->AddPanel("Batteries", batteries);
     auto* textures = new TexturesPanel(*doc_, game, settings);
     panels_->AddPanel("Textures", textures);
+    panels_->AddPanel("Animation", new AnimationPanel(*doc_));
     // The two panels that fill themselves when their tab is shown.
     connect(panels_, &PanelHost::panelRefreshRequested, this,
             [batteries, textures](const QString& key, bool reload) {
@@ -68,9 +73,11 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     fraAnimation_ = new QGroupBox("Animation Controls", right);
     fraAnimation_->setObjectName("fraAnimation");
     fraAnimation_->setAccessibleName("Animation Controls");
-    fraAnimation_->setMinimumHeight(84);
     auto* stripLayout = new QHBoxLayout(fraAnimation_);
     stripLayout->setContentsMargins(6, 4, 6, 4);
+    strip_ = new AnimationStrip(*doc_, fraAnimation_);
+    stripLayout->addWidget(strip_);
+    connect(viewport_, &Viewport::ticked, strip_, &AnimationStrip::TimerStep);
     rightLayout->addWidget(fraAnimation_);
     columns->addWidget(panels_);
     columns->addWidget(right);
@@ -87,6 +94,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
     connect(actions_, &MainActions::checkRequested, this, &frmOOF::ShowCheck);
     files_->SetModelCheck(DocumentCheck(*doc_, &viewport_->textures(), &settings));
+    keyMenu_ = new KeyMenu(*doc_, *actions_, strip_->timeline(), this);
     connect(tree_, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);
     actions_->PopulateHOGlist();
 

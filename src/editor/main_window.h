@@ -15,7 +15,9 @@ class QGroupBox;
 
 namespace mw {
 
+class AnimationStrip;
 class CheckDialog;
+class KeyMenu;
 class Document;
 class FileCommands;
 class MainActions;
@@ -40,6 +42,8 @@ class frmOOF : public QMainWindow {
     FileCommands& files() { return *files_; }
     Prompts& prompts() { return *prompts_; }
     QGroupBox& animationStrip() { return *fraAnimation_; }
+    AnimationStrip& animation() { return *strip_; }
+    KeyMenu& keyMenu() { return *keyMenu_; }
 
     // Opens a file as the Open command does with that file chosen.
     bool LoadModel(const QString& path);
@@ -71,6 +75,8 @@ class frmOOF : public QMainWindow {
     PanelHost* panels_ = nullptr;
     ModelTree* tree_ = nullptr;
     QGroupBox* fraAnimation_ = nullptr;
+    AnimationStrip* strip_ = nullptr;
+    KeyMenu* keyMenu_ = nullptr;
     FileCommands* files_ = nullptr;
     MainActions* actions_ = nullptr;
     QWidget* help_ = nullptr;

@@ -20,6 +20,10 @@ enum PanelField {
     kFieldProperty = 5,
     kFieldPointLocation = 6,
     kFieldPointDirection = 7,
+    kFieldKeyPosition = 8,
+    kFieldKeyAngle = 9,
+    kFieldKeyAxis = 10,
+    kFieldKeyMove = 11,
 };
 
 QUndoCommand* MakeModelRadiusCommand(Document& doc, float radius);

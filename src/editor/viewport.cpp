@@ -50,7 +50,7 @@ Viewport::Viewport(Document& doc, GameData& game, Settings& settings, Prompts& p
     tmrAnimate_ = new QTimer(this);
     tmrAnimate_->setObjectName("tmrAnimate");
     tmrAnimate_->setInterval(1);
-    connect(tmrAnimate_, &QTimer::timeout, this, [this] { UpdateView(true); });
+    connect(tmrAnimate_, &QTimer::timeout, this, &Viewport::TimerTick);
     tmrAnimate_->start();
     connectSignals();
     SetViewMode(doc_.display().Mode);
@@ -248,8 +248,18 @@ void Viewport::SetTextureAnimation(bool on) {
     update();
 }
 
+void Viewport::TimerTick() {
+    if (ticking_) return;
+    ticking_ = true;
+    tmrAnimate_->stop();
+    UpdateView(true);
+    tmrAnimate_->start();
+    ticking_ = false;
+}
+
 bool Viewport::UpdateView(bool fromTimer) {
     const float elapsed = clock_.Tick();
+    if (fromTimer) emit ticked(elapsed);
     const bool ready = doc_.modelReady() && glReady_;
     const bool minimized = window() != nullptr && window()->isMinimized();
     bool changed = false;

@@ -47,6 +47,9 @@ class Viewport : public QOpenGLWidget {
     // redraws when something changed (always when not called from the timer). Returns true
     // when a frame was drawn.
     bool UpdateView(bool fromTimer);
+    // One tick of the animation timer: the timer is off while the tick runs, so a slow step
+    // or redraw never starts a second one.
+    void TimerTick();
 
     // Selection-mode mouse handling, as the mouse events drive it.
     void HoverSubObject(int s);
@@ -60,6 +63,9 @@ class Viewport : public QOpenGLWidget {
     void viewChanged();  // mode or view type
     // A model's textures were resolved and uploaded (game names are known now).
     void texturesLoaded();
+    // A timer tick, `elapsed` seconds after the previous one, before the view is updated
+    // (playback advances the frame here).
+    void ticked(float elapsed);
 
   protected:
     void initializeGL() override;
@@ -94,6 +100,7 @@ class Viewport : public QOpenGLWidget {
     bool glReady_ = false;
     bool pendingLoad_ = false;
     bool effectsWanted_ = false;
+    bool ticking_ = false;
 };
 
 }  // namespace mw

@@ -128,6 +128,26 @@ bool MirrorRANIAxis(ModelData& model, int s, int frame, int component) {
     return true;
 }
 
+int NeighbourKeyFrame(const ModelData& model, int s, bool rotation, int frame, int direction) {
+    if (!model.IsRecord(s)) return -1;
+    const SubObject& sub = model.Sub(s);
+    const int k =
+        rotation ? GetRANIindex(model, s, frame, false) : GetPANIindex(model, s, frame, false);
+    const int count = rotation ? sub.Rot.KeyCount() : sub.Pos.KeyCount();
+    const auto frameOf = [&](int i) {
+        const auto at = static_cast<std::size_t>(i);
+        return rotation ? sub.Rot.Keys[at].Frame : sub.Pos.Keys[at].Frame;
+    };
+    if (count == 0) return -1;
+    if (direction < 0) {
+        if (k < 0) return -1;
+        if (frameOf(k) < frame) return frameOf(k);
+        return k >= 1 ? frameOf(k - 1) : -1;
+    }
+    const int next = k + 1;  // k is -1 before the first key
+    return next < count ? frameOf(next) : -1;
+}
+
 bool MoveKeysAt(ModelData& model, int s, int from, int to, KeyFilter filter) {
     if (from == to) return false;
     bool moved = false;

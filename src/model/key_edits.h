@@ -36,6 +36,11 @@ bool SetRANIAxis(ModelData& model, int s, int frame, Vector3 axis);
 // Negates component 0 (x), 1 (y) or 2 (z) of the rotation key's axis.
 bool MirrorRANIAxis(ModelData& model, int s, int frame, int component);
 
+// Key navigation: the frame of the key before (direction -1) or after (+1) `frame` on the
+// position (rotation false) or rotation track of s, or -1 when there is none. From a key
+// it is the neighbouring key; between two keys, the nearer one of the two in that direction.
+int NeighbourKeyFrame(const ModelData& model, int s, bool rotation, int frame, int direction);
+
 // Moves the keys at `from` to `to`, of the kinds the filter takes. True when any moved.
 bool MoveKeysAt(ModelData& model, int s, int from, int to, KeyFilter filter);
 

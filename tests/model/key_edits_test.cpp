@@ -120,6 +120,20 @@ TEST(KeyEdits, MovingKeysFollowsTheFilter) {
     EXPECT_FALSE(MoveKeysAt(m, 0, 7, 8, KeyFilter::All));
 }
 
+TEST(KeyEdits, KeyNavigationStopsAtTheEnds) {
+    const ModelData m = Animated();
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 10, -1), -1);  // at the first key
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 10, +1), 20);
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 20, +1), -1);  // at the last key
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 15, -1), 10);  // between keys
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 15, +1), 20);
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 3, +1), 10);  // before the first key
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, false, 3, -1), -1);
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, true, 20, -1), 10);
+    EXPECT_EQ(NeighbourKeyFrame(m, 0, true, 0, -1), -1);
+    EXPECT_EQ(NeighbourKeyFrame(m, 1, true, 0, +1), -1);  // no keys
+}
+
 TEST(KeyEdits, SubToStartInsertsAndZeroes) {
     ModelData m = Animated();
     ASSERT_TRUE(SubToStart(m, 0, 15));  // no key at 15 of either kind
