@@ -92,8 +92,8 @@ QGroupBox* AnimationStrip::BuildTimeConfiguration() {
         row->addWidget(label);
         row->addWidget(txtFrameRange_[i]);
     }
-    txtAnimateTime_ = MakeSpinner(box, "txtAnimateTime", "Animation Length", 0.1f, 99.9f, "#0.0",
-                                  0.1f, 1.0f);
+    txtAnimateTime_ =
+        MakeSpinner(box, "txtAnimateTime", "Animation Length", 0.1f, 99.9f, "#0.0", 0.1f, 1.0f);
     txtAnimateTime_->setMinimumWidth(64);
     txtAnimateTime_->SetValue(doc_.animation().animTime);
     auto* length = new QLabel("Animation Length:", box);
@@ -192,8 +192,8 @@ void AnimationStrip::SetCurrentFrameRange(int start, int end) {
 void AnimationStrip::RangeChanged(int i) {
     if (filling_) return;
     filling_ = true;
-    const FrameRange range = CorrectFrameRange(
-        {txtFrameRange_[0]->Value(), txtFrameRange_[1]->Value()}, i);
+    const FrameRange range =
+        CorrectFrameRange({txtFrameRange_[0]->Value(), txtFrameRange_[1]->Value()}, i);
     txtFrameRange_[0]->SetValue(range.start);
     txtFrameRange_[1]->SetValue(range.end);
     AnimationState& a = doc_.animation();
@@ -234,10 +234,12 @@ void AnimationStrip::LoadTimelineKeys() {
     if (!doc_.hasModel() || !doc_.model().IsRecord(s)) return;
     const ModelData& model = doc_.model();
     if ((filter == 0 || filter == 1) && model.HasPANI) {
-        for (const PosKey& key : model.Sub(s).Pos.Keys) keyControl_->AddKey(key.Frame, "PANI");
+        for (const PosKey& key : model.Sub(s).Pos.Keys)
+            keyControl_->AddKey(key.Frame, "PANI");
     }
     if ((filter == 0 || filter == 2) && model.HasRANI) {
-        for (const RotKey& key : model.Sub(s).Rot.Keys) keyControl_->AddKey(key.Frame, "RANI");
+        for (const RotKey& key : model.Sub(s).Rot.Keys)
+            keyControl_->AddKey(key.Frame, "RANI");
     }
     keyControl_->SelectKey(selected);
 }

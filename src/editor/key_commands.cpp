@@ -9,8 +9,7 @@ namespace {
 
 QUndoCommand* KeysCommand(Document& doc, const QString& text, ModelOperation op,
                           int mergeKey = -1) {
-    return new ModelCommand(doc, text, GeometryScope::None(), kChangeKeys, std::move(op),
-                            mergeKey);
+    return new ModelCommand(doc, text, GeometryScope::None(), kChangeKeys, std::move(op), mergeKey);
 }
 
 }  // namespace
@@ -20,8 +19,8 @@ QUndoCommand* MakeKeyPresenceCommand(Document& doc, int s, int frame, KeyKind ki
     const QString text = QString(present ? "Add %1 Key" : "Delete %1 Key")
                              .arg(position ? "Positional" : "Rotational");
     return KeysCommand(doc, text, [=](ModelData& model, SelectionState&) {
-        const int found = position ? GetPANIindex(model, s, frame, true)
-                                   : GetRANIindex(model, s, frame, true);
+        const int found =
+            position ? GetPANIindex(model, s, frame, true) : GetRANIindex(model, s, frame, true);
         if (present == (found >= 0)) return false;
         if (position) {
             return present ? InsertPANIKey(model, s, frame) : DeletePANIKey(model, s, frame);
@@ -63,14 +62,12 @@ QUndoCommand* MakeMirrorAxisCommand(Document& doc, int s, int frame, int compone
 QUndoCommand* MakeMoveKeysCommand(Document& doc, int s, int from, int to, KeyFilter filter) {
     return KeysCommand(
         doc, "Move Key",
-        [=](ModelData& model, SelectionState&) {
-            return MoveKeysAt(model, s, from, to, filter);
-        },
+        [=](ModelData& model, SelectionState&) { return MoveKeysAt(model, s, from, to, filter); },
         kFieldKeyMove * kMergeSpan + s);
 }
 
-QUndoCommand* MakeDeleteKeysCommand(Document& doc, const QString& text, int s, int first,
-                                    int last, KeyFilter filter) {
+QUndoCommand* MakeDeleteKeysCommand(Document& doc, const QString& text, int s, int first, int last,
+                                    KeyFilter filter) {
     return KeysCommand(doc, text, [=](ModelData& model, SelectionState&) {
         bool changed = false;
         for (int f = first; f <= last; ++f) {

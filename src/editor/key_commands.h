@@ -22,8 +22,8 @@ QUndoCommand* MakeMoveKeysCommand(Document& doc, int s, int from, int to, KeyFil
 
 // Deletes the keys of the kinds the filter takes at frames first..last (the cut half of
 // Cut Key and Cut All Keys; the clipboard has been filled before).
-QUndoCommand* MakeDeleteKeysCommand(Document& doc, const QString& text, int s, int first,
-                                    int last, KeyFilter filter);
+QUndoCommand* MakeDeleteKeysCommand(Document& doc, const QString& text, int s, int first, int last,
+                                    KeyFilter filter);
 QUndoCommand* MakePasteKeyCommand(Document& doc, int s, int frame, KeyFilter filter,
                                   const KeyClipboard& clip);
 QUndoCommand* MakePasteAllKeysCommand(Document& doc, int s, int frame, KeyFilter filter,

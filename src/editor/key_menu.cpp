@@ -14,8 +14,8 @@ namespace mw {
 KeyMenu::KeyMenu(Document& doc, MainActions& actions, keyControl& timeline, QObject* parent)
     : QObject(parent), doc_(doc), actions_(actions), timeline_(timeline) {
     const std::pair<const char*, void (KeyMenu::*)()> items[] = {
-        {"mnuCutKey", &KeyMenu::CutKey},       {"mnuCopyKey", &KeyMenu::CopyKey},
-        {"mnuPasteKey", &KeyMenu::PasteKey},   {"mnuCutAllKeys", &KeyMenu::CutAllKeys},
+        {"mnuCutKey", &KeyMenu::CutKey},           {"mnuCopyKey", &KeyMenu::CopyKey},
+        {"mnuPasteKey", &KeyMenu::PasteKey},       {"mnuCutAllKeys", &KeyMenu::CutAllKeys},
         {"mnuCopyAllKeys", &KeyMenu::CopyAllKeys}, {"mnuPasteAllKeys", &KeyMenu::PasteAllKeys},
     };
     for (const auto& [name, slot] : items) {
@@ -108,7 +108,8 @@ void KeyMenu::PopupAt(const QPoint& globalPos) {
     connect(
         menu, &QMenu::aboutToHide, this,
         [menu] {
-            for (QAction* a : menu->actions()) a->setVisible(true);
+            for (QAction* a : menu->actions())
+                a->setVisible(true);
         },
         Qt::SingleShotConnection);
     menu->popup(globalPos);

@@ -8,13 +8,12 @@
 
 #include "editor/actions.h"
 #include "editor/animation_strip.h"
-#include "editor/key_menu.h"
-#include "editor/widgets/key_control.h"
 #include "editor/dialogs/about_dialog.h"
 #include "editor/dialogs/check_dialog.h"
 #include "editor/dialogs/help_window.h"
 #include "editor/document.h"
 #include "editor/file_commands.h"
+#include "editor/key_menu.h"
 #include "editor/panels/animation_panel.h"
 #include "editor/panels/batteries_panel.h"
 #include "editor/panels/model_panel.h"
@@ -26,6 +25,7 @@
 #include "editor/tree/model_tree.h"
 #include "editor/tree/tree_control.h"
 #include "editor/viewport.h"
+#include "editor/widgets/key_control.h"
 
 namespace mw {
 
@@ -73,6 +73,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     fraAnimation_ = new QGroupBox("Animation Controls", right);
     fraAnimation_->setObjectName("fraAnimation");
     fraAnimation_->setAccessibleName("Animation Controls");
+    fraAnimation_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     auto* stripLayout = new QHBoxLayout(fraAnimation_);
     stripLayout->setContentsMargins(6, 4, 6, 4);
     strip_ = new AnimationStrip(*doc_, fraAnimation_);

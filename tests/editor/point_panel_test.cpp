@@ -10,6 +10,7 @@
 #include "editor/widgets/vector_control.h"
 #include "model/point_direction.h"
 #include "support/sample_document.h"
+#include "support/type_into.h"
 
 namespace mw {
 namespace {
@@ -57,12 +58,7 @@ class PointPanelTest : public ::testing::Test {
     VectorControl* Dial(int i) {
         return panel_.findChild<VectorControl*>(QString("picPointAngle_%1").arg(i));
     }
-    void Type(const char* name, const char* text) {
-        QLineEdit& box = Spin(name)->textBox();
-        box.selectAll();
-        QTest::keyClicks(&box, text);
-        QTest::keyClick(&box, Qt::Key_Return);
-    }
+    void Type(const char* name, const char* text) { test::TypeInto(Spin(name), text); }
     // A press at an angle a radius of 30 pixels from the dial's centre, optionally dragged.
     void DragDial(int i, double degrees, Qt::KeyboardModifiers modifiers) {
         VectorControl* dial = Dial(i);

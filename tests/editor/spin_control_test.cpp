@@ -106,6 +106,20 @@ TEST_F(SpinTest, TypingCommitsOnEnterAndClamps) {
     box.setText("-3");
     QTest::keyClick(&box, Qt::Key_Return);
     EXPECT_FLOAT_EQ(spin_.Value(), 0.0f);
+
+    // Whatever is typed is one change, also a text already in the shown form; Enter on the
+    // text as shown is none.
+    change.clear();
+    box.setText("42.00");
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_FLOAT_EQ(spin_.Value(), 42.0f);
+    EXPECT_EQ(change.count(), 1);
+    box.setText("42");
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(box.text(), "42.00");
+    EXPECT_EQ(change.count(), 2);
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(change.count(), 2);
 }
 
 }  // namespace

@@ -93,7 +93,8 @@ QGroupBox* AnimationPanel::BuildPositional() {
     AddRow(keyRow, 0, "Key #", txtCurrentPANIKey_);
     grid->addLayout(keyRow, 0, 2);
     AddVectorRows(grid, 1, "txtKeyPosition", "Key Position", txtKeyPosition_);
-    for (spinControl* spin : txtKeyPosition_) spin->SetSpinPower(1.5f);
+    for (spinControl* spin : txtKeyPosition_)
+        spin->SetSpinPower(1.5f);
     auto* steps = new QHBoxLayout;
     cmdPreviousKeyFrame_[0] = MakeButton(box, "cmdPreviousKeyFrame_0", "Previous Keyframe");
     cmdNextKeyFrame_[0] = MakeButton(box, "cmdNextKeyFrame_0", "Next Keyframe");
@@ -242,7 +243,8 @@ void AnimationPanel::ShowKeys(int s, int frame) {
         ShowValue(txtKeyPosition_[2], at.Z);
     } else {
         txtCurrentPANIKey_->clear();
-        for (spinControl* spin : txtKeyPosition_) ShowValue(spin, 0.0f);
+        for (spinControl* spin : txtKeyPosition_)
+            ShowValue(spin, 0.0f);
     }
     const int r = s >= 0 ? GetRANIindex(model, s, frame, true) : -1;
     chkKeyHasRANI_->setChecked(r >= 0);
@@ -252,7 +254,8 @@ void AnimationPanel::ShowKeys(int s, int frame) {
         const DirectionAngles angles = AnglesFromDirection(key.Axis);
         ShowValue(txtRotAxis_[0], static_cast<float>(angles.LeftRight));
         ShowValue(txtRotAxis_[1], static_cast<float>(angles.UpDown));
-        for (int i = 0; i < 2; ++i) picRotAxis_[i]->SetAngle(txtRotAxis_[i]->Value());
+        for (int i = 0; i < 2; ++i)
+            picRotAxis_[i]->SetAngle(txtRotAxis_[i]->Value());
         ShowValue(txtKeyAngle_, static_cast<float>(KeyAngleToDegrees(key.Angle)));
     } else {
         txtCurrentRANIKey_->clear();
@@ -265,16 +268,17 @@ void AnimationPanel::SetEnabling(int s) {
     const bool editable = s >= 0 && !playing;
     chkKeyHasPANI_->setEnabled(editable);
     chkKeyHasRANI_->setEnabled(editable);
-    for (QPushButton* b : cmdMirror_) b->setEnabled(editable);
-    for (spinControl* spin : txtKeyPosition_) spin->setEnabled(editable && chkKeyHasPANI_->isChecked());
+    for (QPushButton* b : cmdMirror_)
+        b->setEnabled(editable);
+    for (spinControl* spin : txtKeyPosition_)
+        spin->setEnabled(editable && chkKeyHasPANI_->isChecked());
     const bool rotation = editable && chkKeyHasRANI_->isChecked();
     txtKeyAngle_->setEnabled(rotation);
     fraRotAxis_->setEnabled(rotation);
     const bool keys =
         editable && (model.Sub(s).Pos.KeyCount() > 0 || model.Sub(s).Rot.KeyCount() > 0);
     cmdSubToStart_->setEnabled(keys);
-    cmdAllSubsToStart_->setEnabled(doc_.hasModel() && (model.HasPANI || model.HasRANI) &&
-                                   !playing);
+    cmdAllSubsToStart_->setEnabled(doc_.hasModel() && (model.HasPANI || model.HasRANI) && !playing);
     const int frame = WholeFrame();
     for (int i = 0; i < 2; ++i) {
         const bool enabled = editable && (i == 0 ? model.HasPANI : model.HasRANI);
@@ -318,7 +322,8 @@ void AnimationPanel::StoreAngle() {
     const int s = EditedSubObject();
     if (filling_ || s < 0) return;
     storing_ = true;
-    doc_.Apply(MakeKeyAngleCommand(doc_, s, WholeFrame(), DegreesToKeyAngle(txtKeyAngle_->Value())));
+    doc_.Apply(
+        MakeKeyAngleCommand(doc_, s, WholeFrame(), DegreesToKeyAngle(txtKeyAngle_->Value())));
     storing_ = false;
 }
 

@@ -197,7 +197,8 @@ int keyControl::KeyAt(int trackX) const {
 int keyControl::FrameAtTrackX(int trackX) const {
     if (range() == 0) return min_;
     const int last = std::max(KeyTrackRect().width() - 1, 1);
-    const int f = min_ + static_cast<int>(std::lround(static_cast<double>(trackX) / last * range()));
+    const int f =
+        min_ + static_cast<int>(std::lround(static_cast<double>(trackX) / last * range()));
     return std::clamp(f, min_, max_);
 }
 

@@ -146,7 +146,11 @@ void spinControl::UpdateMaxLength() {
 
 void spinControl::Show() {
     const QString shown = QString::fromStdString(FormatNumber(value_, format_.toStdString()));
-    if (shown == text_->text()) return;
+    if (shown == shown_) {
+        if (text_->text() != shown) text_->setText(shown);
+        return;
+    }
+    shown_ = shown;
     text_->setText(shown);
     text_->setCursorPosition(static_cast<int>(shown.size()));
     emit Change();
@@ -206,9 +210,12 @@ void spinControl::ReleaseButton() {
 }
 
 void spinControl::Commit() {
+    // Any typed text is a change (typing -180 over -180.00 flips a wrapping angle), even one
+    // that reads exactly as the value it gives.
+    const bool typed = text_->text() != shown_;
+    const QString before = shown_;
     SetValue(static_cast<float>(ParseTypedNumber(text_->text().toStdString())));
-    // A typed text that reads as the shown value still shows the format.
-    text_->setText(QString::fromStdString(FormatNumber(value_, format_.toStdString())));
+    if (typed && shown_ == before) emit Change();
 }
 
 bool spinControl::eventFilter(QObject* watched, QEvent* event) {

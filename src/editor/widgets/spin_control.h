@@ -70,6 +70,7 @@ class spinControl : public QWidget {
     float spinChange_ = 0.01f;
     float spinPower_ = 1.0f;
     QString format_ = "0.00";
+    QString shown_;  // the text the value was last shown as
     QLineEdit* text_ = nullptr;
     SpinButtons* buttons_ = nullptr;
     QTimer* tmrSpin_ = nullptr;
