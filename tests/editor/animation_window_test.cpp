@@ -1,13 +1,20 @@
 // The animation panel, the strip and the key menu in the editor window on the sample ship.
 #include <gtest/gtest.h>
+#include <QAbstractButton>
 #include <QAccessible>
+#include <QLineEdit>
 #include <QTabBar>
+#include <QToolButton>
 
 #include "editor/animation_strip.h"
+#include "editor/key_commands.h"
 #include "editor/key_menu.h"
 #include "editor/panels/panel_host.h"
 #include "editor/widgets/key_control.h"
+#include "editor/widgets/spin_control.h"
 #include "editor_window.h"
+#include "model/keys.h"
+#include "support/sample_document.h"
 
 namespace mw {
 namespace {
@@ -25,6 +32,126 @@ class AnimationWindowTest : public EditorTest {
         QApplication::processEvents();
     }
 };
+
+TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    keyControl& timeline = window_->animation().timeline();
+    KeyMenu& keys = window_->keyMenu();
+    QMenu* menu = window_->actions().menu("mnuAnimation");
+    emit menu->aboutToShow();
+    EXPECT_FALSE(Action("mnuAnimationCut")->isEnabled());  // nothing selected
+    EXPECT_FALSE(Action("mnuAnimationPaste")->isEnabled());
+
+    // The hatch (6): Copy All over the range 5..20 holds its keys at 10 and 20 as 5 and 15.
+    doc().SelectSubObject(6);
+    auto* start = window_->animation().findChild<spinControl*>("txtFrameRange_0");
+    start->SetValue(5.0f);
+    ASSERT_EQ(timeline.minFrame(), 5);
+    emit menu->aboutToShow();
+    EXPECT_TRUE(Action("mnuCopyAllKeys")->isEnabled());
+    EXPECT_FALSE(Action("mnuCopyKey")->isEnabled());  // no key selected on the timeline
+    Action("mnuCopyAllKeys")->trigger();
+    ASSERT_TRUE(keys.clipboard().allKeysHeld);
+    ASSERT_EQ(keys.clipboard().AllPositions.size(), 2u);
+
+    // Pasted on the turret at 40 (the range end moved out first): keys at 45 and 55, one step.
+    window_->animation().findChild<spinControl*>("txtFrameRange_1")->SetValue(100.0f);
+    doc().SelectSubObject(3);
+    doc().GoToFrame(40.0f);
+    const auto before = test::SavedBytes(doc().model());
+    emit menu->aboutToShow();
+    ASSERT_TRUE(Action("mnuPasteAllKeys")->isEnabled());
+    const int steps = doc().undoStack().count();
+    Action("mnuPasteAllKeys")->trigger();
+    EXPECT_EQ(doc().undoStack().count(), steps + 1);
+    EXPECT_GE(GetPANIindex(doc().model(), 3, 45, true), 0);
+    EXPECT_GE(GetPANIindex(doc().model(), 3, 55, true), 0);
+    EXPECT_TRUE(timeline.HasPANI(45));
+    doc().undoStack().undo();
+    EXPECT_EQ(test::SavedBytes(doc().model()), before);
+
+    // With the filter on "Positional", Copy Key of the turret's frame 10 holds no rotation.
+    doc().GoToFrame(0.0f);
+    Action("mnuFilter_1")->trigger();
+    EXPECT_FALSE(timeline.HasRANI(10));
+    Action("mnuFilter_0")->trigger();
+    timeline.SelectKey(10);
+    Action("mnuFilter_1")->trigger();  // reloads; the turret's key at 10 is a rotation key
+    EXPECT_EQ(timeline.SelectedKeyFrame(), -1);
+    Action("mnuFilter_0")->trigger();
+    timeline.SelectKey(10);
+    emit menu->aboutToShow();
+    EXPECT_TRUE(Action("mnuCutKey")->isEnabled());
+    // Both kinds at 10; the positional filter copies only the position key.
+    doc().Apply(MakeKeyPresenceCommand(doc(), 3, 10, KeyKind::Position, true));
+    doc().animation().keyFilter = 1;
+    keys.CopyKey();
+    EXPECT_TRUE(keys.clipboard().singleKeyHeld);
+    EXPECT_TRUE(keys.clipboard().Position);
+    EXPECT_FALSE(keys.clipboard().Rotation);
+    doc().animation().keyFilter = 0;
+    keys.CutKey();
+    EXPECT_LT(GetRANIindex(doc().model(), 3, 10, true), 0);
+    EXPECT_LT(GetPANIindex(doc().model(), 3, 10, true), 0);
+    EXPECT_FALSE(timeline.HasRANI(10));
+    EXPECT_EQ(keys.clipboard().Rotation->Angle, 16384);
+    doc().undoStack().undo();
+    EXPECT_GE(GetRANIindex(doc().model(), 3, 10, true), 0);
+    EXPECT_TRUE(keys.clipboard().Rotation);  // undo leaves the clipboard alone
+}
+
+TEST_F(AnimationWindowTest, RightClickOnTheTimelinePopsUpTheMenuWithoutItsViewItems) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    doc().SelectSubObject(6);
+    keyControl& timeline = window_->animation().timeline();
+    const QRect track = timeline.KeyTrackRect();
+    QMenu* menu = window_->actions().menu("mnuAnimation");
+    QTest::mousePress(&timeline, Qt::RightButton, Qt::NoModifier,
+                      QPoint(track.left() + timeline.FrameX(10), track.center().y()));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }));
+    EXPECT_EQ(timeline.SelectedKeyFrame(), 10);
+    EXPECT_FALSE(Action("mnuViewTrajectories")->isVisible());
+    EXPECT_FALSE(Action("mnuViewRotator")->isVisible());
+    EXPECT_TRUE(Action("mnuCopyKey")->isEnabled());
+    menu->hide();
+    EXPECT_TRUE(Action("mnuViewTrajectories")->isVisible());
+}
+
+TEST_F(AnimationWindowTest, PlaybackRunsOnTheViewportTimer) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    // A tick that takes long and spins the event loop does not start a second one.
+    int depth = 0, deepest = 0;
+    QObject::connect(&window_->viewport(), &Viewport::ticked, [&] {
+        deepest = std::max(deepest, ++depth);
+        QTest::qWait(5);
+        --depth;
+    });
+    window_->findChild<QToolButton*>("cmdPlayStop")->click();
+    ASSERT_TRUE(doc().animation().animPlaying);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return doc().animation().curFrame > 1.0f; }));
+    EXPECT_EQ(deepest, 1);
+    // The trajectories and the posed sub-objects follow the frame: pictures differ.
+    doc().GoToFrame(0.0f);
+    const QImage first = ViewportImage();
+    doc().GoToFrame(10.0f);
+    EXPECT_NE(ViewportImage(), first);
+    EXPECT_FALSE(doc().animation().animPlaying);
+}
+
+TEST_F(AnimationWindowTest, EveryControlHasAnAccessibleName) {
+    ShowTab("Animation");
+    for (QWidget* root :
+         {window_->panels().FindPanel("Animation"), static_cast<QWidget*>(&window_->animation())}) {
+        for (QWidget* w : root->findChildren<QWidget*>()) {
+            if (qobject_cast<QAbstractButton*>(w) == nullptr &&
+                qobject_cast<QLineEdit*>(w) == nullptr && qobject_cast<keyControl*>(w) == nullptr)
+                continue;
+            QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+            ASSERT_NE(a, nullptr);
+            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+        }
+    }
+}
 
 TEST_F(AnimationWindowTest, Screenshot) {
     if (ScreenshotPath("x").isEmpty()) GTEST_SKIP() << "set MW_SCREENSHOT_DIR to take them";
