@@ -1,18 +1,23 @@
 // The editor on the 50,000-face model: opening it into a shown window against reading it
 // alone, undo plus redo of a reparent and of a delete, and the memory the undo stack holds
-// after 1,000 field edits. Needs a display (bench/run.sh uses xvfb-run when there is none).
+// after 1,000 field edits. Playback of a 20,000-face model, textured, against drawing the
+// same frame again, and one timer step without the draw. Needs a display (bench/run.sh uses
+// xvfb-run when there is none).
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 #include <QApplication>
+#include <QCheckBox>
 #include <QTemporaryDir>
 
 #include <memory>
 
 #include "bench_models.h"
+#include "editor/animation_strip.h"
 #include "editor/document.h"
 #include "editor/edit_commands.h"
 #include "editor/file_commands.h"
 #include "editor/main_window.h"
+#include "editor/panels/panel_host.h"
 #include "editor/panels/subobject_panel.h"
 #include "editor/prompts.h"
 #include "editor/tree/model_tree.h"
@@ -238,6 +243,86 @@ void SpinnerStep(benchmark::State& state) {
     doc.undoStack().clear();
 }
 
+// The player: the editor on a 20,000-face model whose 80 sub-objects all carry position and
+// rotation keys, drawn textured, the Animation tab showing and a sub-object selected.
+struct Player {
+    QTemporaryDir dir;
+    Settings settings;
+    GameData game;
+    clsOOF oof;
+    QuietPrompts prompts;
+    std::unique_ptr<frmOOF> window;
+};
+
+std::unique_ptr<Player>& PlayerSlot() {
+    static std::unique_ptr<Player> player;
+    return player;
+}
+
+Player& ThePlayer() {
+    auto& p = PlayerSlot();
+    if (!p) {
+        p = std::make_unique<Player>();
+        const QString path = p->dir.filePath("animated.oof");
+        ModelData m = LargeModel(80, 250);
+        SaveOOF(m, path.toStdString());
+        p->window = std::make_unique<frmOOF>(p->oof, p->game, p->settings, QPixmap(), &p->prompts);
+        p->window->resize(1100, 760);
+        p->window->show();
+        Settle();
+        p->window->LoadModel(path);
+        p->window->viewport().SetViewType(ViewType::Textured);
+        p->window->panels().ShowPanel("Animation");
+        p->window->document().SelectSubObject(5);
+        p->window->findChild<QCheckBox*>("chkPlayContinuously")->setChecked(true);
+        for (int i = 0; i < 20; ++i)
+            Settle();
+    }
+    return *p;
+}
+
+// One frame as the player shows it: the timer step (`advance`: frame moving, otherwise the
+// same frame drawn again) and the viewport drawn.
+void PlayFrames(benchmark::State& state, bool advance) {
+    Player& p = ThePlayer();
+    Viewport& view = p.window->viewport();
+    Document& doc = p.window->document();
+    doc.SetPlaying(advance);
+    for (auto _ : state) {
+        p.window->animation().TimerStep(1.0f / 60.0f);
+        // Draws the frame and reads it back: finished, and a little more than the screen needs.
+        benchmark::DoNotOptimize(view.grabFramebuffer());
+    }
+    doc.SetPlaying(false);
+    state.counters["fps"] =
+        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+
+void PlaybackFrames(benchmark::State& state) {
+    PlayFrames(state, true);
+}
+
+// The baseline: the same frame drawn again without playback.
+void StillFrames(benchmark::State& state) {
+    PlayFrames(state, false);
+}
+
+// One timer step of playback without the draw: the frame, the timeline, the current frame
+// spinner and the animation panel follow.
+void PlaybackTimerStep(benchmark::State& state) {
+    Player& p = ThePlayer();
+    Document& doc = p.window->document();
+    doc.SetPlaying(true);
+    for (auto _ : state) {
+        p.window->animation().TimerStep(1.0f / 600.0f);
+    }
+    doc.SetPlaying(false);
+    Settle();
+}
+
+BENCHMARK(StillFrames)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(PlaybackFrames)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(PlaybackTimerStep)->Unit(benchmark::kMicrosecond);
 BENCHMARK(PopulateTree)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(SpinnerStep)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ReadLargeModelFile)->UseRealTime()->Unit(benchmark::kMillisecond);
@@ -257,5 +342,6 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     mw::EditorSlot().reset();
+    mw::PlayerSlot().reset();
     return 0;
 }
