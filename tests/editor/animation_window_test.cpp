@@ -165,6 +165,29 @@ TEST_F(AnimationWindowTest, Screenshot) {
     window_->animation().timeline().SelectKey(10);
     QTest::qWait(100);
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-animation.png")));
+
+    // A strip of the ship's animation with the hatch's trajectory: frames 0 to 20 in steps
+    // of 5, each the middle of the viewport.
+    window_->viewport().SetViewType(ViewType::Textured);
+    doc().SelectSubObject(6);
+    const int frames[] = {0, 5, 10, 15, 20};
+    const QSize cell(320, 240);
+    QImage strip(cell.width() * 5, cell.height(), QImage::Format_RGB32);
+    QPainter painter(&strip);
+    for (int i = 0; i < 5; ++i) {
+        doc().GoToFrame(static_cast<float>(frames[i]));
+        QTest::qWait(30);
+        const QImage view = ViewportImage().convertToFormat(QImage::Format_RGB32);
+        const QSize middle(view.width() * 11 / 20, view.width() * 11 / 20 * 3 / 4);
+        const QRect crop(QPoint((view.width() - middle.width()) / 2,
+                                (view.height() - middle.height()) / 2),
+                         middle);
+        painter.drawImage(QRect(QPoint(i * cell.width(), 0), cell), view, crop);
+        painter.setPen(Qt::white);
+        painter.drawText(QRect(i * cell.width() + 8, 6, 120, 20), QString("Frame %1").arg(frames[i]));
+    }
+    painter.end();
+    EXPECT_TRUE(strip.save(ScreenshotPath("animation-strip.png")));  // docs/help/
 }
 
 }  // namespace
