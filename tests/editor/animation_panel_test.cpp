@@ -253,6 +253,23 @@ TEST_F(AnimationStripTest, RangeRules) {
     EXPECT_EQ(fixed.end, 6.0f);
 }
 
+TEST_F(AnimationStripTest, ADragOnTheTimelineIsOneUndoStep) {
+    doc().SelectSubObject(kHatch);
+    const auto before = SavedBytes(doc().model());
+    keyControl& timeline = strip_.timeline();
+    emit timeline.MoveKey(10, 11);
+    emit timeline.MoveKey(11, 13);
+    emit timeline.MoveKeyDone();
+    EXPECT_GE(GetPANIindex(doc().model(), kHatch, 13, true), 0);
+    EXPECT_TRUE(timeline.HasPANI(13));
+    EXPECT_FALSE(timeline.HasPANI(10));
+    EXPECT_EQ(doc().model().Sub(kHatch).Pos.Keys[1].Position.Y, 1.5f);  // the key's value moved
+    EXPECT_EQ(doc().undoStack().count(), 1);
+    doc().undoStack().undo();
+    EXPECT_EQ(SavedBytes(doc().model()), before);
+    EXPECT_TRUE(timeline.HasPANI(10));
+}
+
 TEST_F(AnimationStripTest, ALoadResetsTheRangeAndTheTimelineFollowsTheSelection) {
     doc().SelectSubObject(kHatch);
     EXPECT_TRUE(strip_.timeline().HasPANI(10));

@@ -140,6 +140,13 @@ TEST_F(AnimationWindowTest, PlaybackRunsOnTheViewportTimer) {
 
 TEST_F(AnimationWindowTest, EveryControlHasAnAccessibleName) {
     ShowTab("Animation");
+    // The panel's view switches and the menu's are the same.
+    QWidget* panel = window_->panels().FindPanel("Animation");
+    panel->findChild<QAbstractButton*>("chkViewTrajectories")->click();
+    EXPECT_EQ(Action("mnuViewTrajectories")->isChecked(), doc().display().ViewTrajectories);
+    Action("mnuViewRotator")->trigger();
+    EXPECT_EQ(panel->findChild<QAbstractButton*>("chkViewRotators")->isChecked(),
+              doc().display().RotatorAnimation);
     for (QWidget* root :
          {window_->panels().FindPanel("Animation"), static_cast<QWidget*>(&window_->animation())}) {
         for (QWidget* w : root->findChildren<QWidget*>()) {
@@ -179,12 +186,13 @@ TEST_F(AnimationWindowTest, Screenshot) {
         QTest::qWait(30);
         const QImage view = ViewportImage().convertToFormat(QImage::Format_RGB32);
         const QSize middle(view.width() * 11 / 20, view.width() * 11 / 20 * 3 / 4);
-        const QRect crop(QPoint((view.width() - middle.width()) / 2,
-                                (view.height() - middle.height()) / 2),
-                         middle);
+        const QRect crop(
+            QPoint((view.width() - middle.width()) / 2, (view.height() - middle.height()) / 2),
+            middle);
         painter.drawImage(QRect(QPoint(i * cell.width(), 0), cell), view, crop);
         painter.setPen(Qt::white);
-        painter.drawText(QRect(i * cell.width() + 8, 6, 120, 20), QString("Frame %1").arg(frames[i]));
+        painter.drawText(QRect(i * cell.width() + 8, 6, 120, 20),
+                         QString("Frame %1").arg(frames[i]));
     }
     painter.end();
     EXPECT_TRUE(strip.save(ScreenshotPath("animation-strip.png")));  // docs/help/
