@@ -245,32 +245,23 @@ void SpinnerStep(benchmark::State& state) {
 
 // The player: the editor on a 20,000-face model whose 80 sub-objects all carry position and
 // rotation keys, drawn textured, the Animation tab showing and a sub-object selected.
-struct Player {
-    QTemporaryDir dir;
-    Settings settings;
-    GameData game;
-    clsOOF oof;
-    QuietPrompts prompts;
-    std::unique_ptr<frmOOF> window;
-};
-
-std::unique_ptr<Player>& PlayerSlot() {
-    static std::unique_ptr<Player> player;
+std::unique_ptr<Editor>& PlayerSlot() {
+    static std::unique_ptr<Editor> player;
     return player;
 }
 
-Player& ThePlayer() {
+Editor& ThePlayer() {
     auto& p = PlayerSlot();
     if (!p) {
-        p = std::make_unique<Player>();
-        const QString path = p->dir.filePath("animated.oof");
+        p = std::make_unique<Editor>();
+        p->path = p->dir.filePath("animated.oof");
         ModelData m = LargeModel(80, 250);
-        SaveOOF(m, path.toStdString());
+        SaveOOF(m, p->path.toStdString());
         p->window = std::make_unique<frmOOF>(p->oof, p->game, p->settings, QPixmap(), &p->prompts);
         p->window->resize(1100, 760);
         p->window->show();
         Settle();
-        p->window->LoadModel(path);
+        p->window->LoadModel(p->path);
         p->window->viewport().SetViewType(ViewType::Textured);
         p->window->panels().ShowPanel("Animation");
         p->window->document().SelectSubObject(5);
@@ -284,7 +275,7 @@ Player& ThePlayer() {
 // One frame as the player shows it: the timer step (`advance`: frame moving, otherwise the
 // same frame drawn again) and the viewport drawn.
 void PlayFrames(benchmark::State& state, bool advance) {
-    Player& p = ThePlayer();
+    Editor& p = ThePlayer();
     Viewport& view = p.window->viewport();
     Document& doc = p.window->document();
     doc.SetPlaying(advance);
@@ -310,7 +301,7 @@ void StillFrames(benchmark::State& state) {
 // One timer step of playback without the draw: the frame, the timeline, the current frame
 // spinner and the animation panel follow.
 void PlaybackTimerStep(benchmark::State& state) {
-    Player& p = ThePlayer();
+    Editor& p = ThePlayer();
     Document& doc = p.window->document();
     doc.SetPlaying(true);
     for (auto _ : state) {

@@ -19,19 +19,7 @@
 namespace mw {
 namespace {
 
-class AnimationWindowTest : public EditorTest {
-  protected:
-    void ShowTab(const QString& tab) {
-        QTabBar& tabs = window_->panels().tabs();
-        for (int i = 0; i < tabs.count(); ++i) {
-            if (tabs.tabText(i) == tab) {
-                tabs.setCurrentIndex(i);
-                emit tabs.tabBarClicked(i);
-            }
-        }
-        QApplication::processEvents();
-    }
-};
+using AnimationWindowTest = EditorTest;
 
 TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
     ASSERT_TRUE(window_->LoadModel(kShip));

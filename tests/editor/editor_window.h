@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPainter>
+#include <QTabBar>
 #include <QTest>
 #include <cstdlib>
 #include <memory>
@@ -13,6 +14,7 @@
 #include "editor/actions.h"
 #include "editor/document.h"
 #include "editor/main_window.h"
+#include "editor/panels/panel_host.h"
 #include "editor/viewport.h"
 #include "gamedata/texture_loader.h"
 #include "support/scripted_prompts.h"
@@ -36,6 +38,17 @@ class EditorTest : public ::testing::Test {
     }
 
     Document& doc() { return window_->document(); }
+    // Clicks the tab of that caption.
+    void ShowTab(const QString& tab) {
+        QTabBar& tabs = window_->panels().tabs();
+        for (int i = 0; i < tabs.count(); ++i) {
+            if (tabs.tabText(i) == tab) {
+                tabs.setCurrentIndex(i);
+                emit tabs.tabBarClicked(i);
+            }
+        }
+        QApplication::processEvents();
+    }
     QAction* Action(const char* name) { return window_->actions().action(name); }
     void OpenEditMenu() { emit window_->actions().menu("mnuEdit")->aboutToShow(); }
 

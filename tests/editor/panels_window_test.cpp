@@ -25,16 +25,6 @@ const std::filesystem::path kDemoImages = MW_SOURCE_DIR "/../shared/testdata/ima
 
 class PanelsWindowTest : public EditorTest {
   protected:
-    void ShowTab(const QString& tab) {
-        QTabBar& tabs = window_->panels().tabs();
-        for (int i = 0; i < tabs.count(); ++i) {
-            if (tabs.tabText(i) == tab) {
-                tabs.setCurrentIndex(i);
-                emit tabs.tabBarClicked(i);
-            }
-        }
-        QApplication::processEvents();
-    }
     TexturesPanel& Textures() {
         return *static_cast<TexturesPanel*>(window_->panels().FindPanel("Textures"));
     }

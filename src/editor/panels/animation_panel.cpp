@@ -80,44 +80,53 @@ AnimationPanel::AnimationPanel(Document& doc, QWidget* parent) : QWidget(parent)
     ShowAnimationPanel();
 }
 
-QGroupBox* AnimationPanel::BuildPositional() {
+// The parts both key groups have: the check box and the key number on top, the two key
+// navigation buttons at the bottom. i = 0: position keys, 1: rotation keys.
+QGroupBox* AnimationPanel::BuildKeyGroup(int i, QGridLayout*& grid) {
+    const QString kind = i == 0 ? "Positional" : "Rotational";
+    const QString tag = i == 0 ? "PANI" : "RANI";
     auto* box = new QGroupBox(this);
-    box->setObjectName("fraPositional");
-    auto* grid = new QGridLayout(box);
-    chkKeyHasPANI_ = new QCheckBox("- Positional -", box);
-    chkKeyHasPANI_->setObjectName("chkKeyHasPANI");
-    chkKeyHasPANI_->setAccessibleName("Positional");
-    grid->addWidget(chkKeyHasPANI_, 0, 0, 1, 2);
-    txtCurrentPANIKey_ = MakeKeyNumber(box, "txtCurrentPANIKey", "Positional Key #");
+    box->setObjectName("fra" + kind);
+    grid = new QGridLayout(box);
+    auto* check = new QCheckBox(QString("- %1 -").arg(kind), box);
+    check->setObjectName("chkKeyHas" + tag);
+    check->setAccessibleName(kind);
+    grid->addWidget(check, 0, 0, 1, 2);
+    auto* number = MakeKeyNumber(box, QString("txtCurrent%1Key").arg(tag), kind + " Key #");
     auto* keyRow = new QGridLayout;
-    AddRow(keyRow, 0, "Key #", txtCurrentPANIKey_);
+    AddRow(keyRow, 0, "Key #", number);
     grid->addLayout(keyRow, 0, 2);
+    auto* steps = new QHBoxLayout;
+    cmdPreviousKeyFrame_[i] =
+        MakeButton(box, QString("cmdPreviousKeyFrame_%1").arg(i), "Previous Keyframe");
+    cmdNextKeyFrame_[i] = MakeButton(box, QString("cmdNextKeyFrame_%1").arg(i), "Next Keyframe");
+    cmdPreviousKeyFrame_[i]->setAccessibleName(QString("Previous %1 Keyframe").arg(kind));
+    cmdNextKeyFrame_[i]->setAccessibleName(QString("Next %1 Keyframe").arg(kind));
+    steps->addWidget(cmdPreviousKeyFrame_[i]);
+    steps->addWidget(cmdNextKeyFrame_[i]);
+    grid->addLayout(steps, 4, 0, 1, 3);
+    if (i == 0) {
+        chkKeyHasPANI_ = check;
+        txtCurrentPANIKey_ = number;
+    } else {
+        chkKeyHasRANI_ = check;
+        txtCurrentRANIKey_ = number;
+    }
+    return box;
+}
+
+QGroupBox* AnimationPanel::BuildPositional() {
+    QGridLayout* grid = nullptr;
+    QGroupBox* box = BuildKeyGroup(0, grid);
     AddVectorRows(grid, 1, "txtKeyPosition", "Key Position", txtKeyPosition_);
     for (spinControl* spin : txtKeyPosition_)
         spin->SetSpinPower(1.5f);
-    auto* steps = new QHBoxLayout;
-    cmdPreviousKeyFrame_[0] = MakeButton(box, "cmdPreviousKeyFrame_0", "Previous Keyframe");
-    cmdNextKeyFrame_[0] = MakeButton(box, "cmdNextKeyFrame_0", "Next Keyframe");
-    cmdPreviousKeyFrame_[0]->setAccessibleName("Previous Positional Keyframe");
-    cmdNextKeyFrame_[0]->setAccessibleName("Next Positional Keyframe");
-    steps->addWidget(cmdPreviousKeyFrame_[0]);
-    steps->addWidget(cmdNextKeyFrame_[0]);
-    grid->addLayout(steps, 4, 0, 1, 3);
     return box;
 }
 
 QGroupBox* AnimationPanel::BuildRotational() {
-    auto* box = new QGroupBox(this);
-    box->setObjectName("fraRotational");
-    auto* grid = new QGridLayout(box);
-    chkKeyHasRANI_ = new QCheckBox("- Rotational -", box);
-    chkKeyHasRANI_->setObjectName("chkKeyHasRANI");
-    chkKeyHasRANI_->setAccessibleName("Rotational");
-    grid->addWidget(chkKeyHasRANI_, 0, 0, 1, 2);
-    txtCurrentRANIKey_ = MakeKeyNumber(box, "txtCurrentRANIKey", "Rotational Key #");
-    auto* keyRow = new QGridLayout;
-    AddRow(keyRow, 0, "Key #", txtCurrentRANIKey_);
-    grid->addLayout(keyRow, 0, 2);
+    QGridLayout* grid = nullptr;
+    QGroupBox* box = BuildKeyGroup(1, grid);
     txtKeyAngle_ = MakeSpinner(box, "txtKeyAngle", "Angle", -360, 360, "##0.00", 0.01f, 1.75f);
     AddRow(grid, 1, "Angle:", txtKeyAngle_);
 
@@ -151,14 +160,6 @@ QGroupBox* AnimationPanel::BuildRotational() {
         mirrors->addWidget(cmdMirror_[i]);
     }
     grid->addLayout(mirrors, 3, 0, 1, 3);
-    auto* steps = new QHBoxLayout;
-    cmdPreviousKeyFrame_[1] = MakeButton(box, "cmdPreviousKeyFrame_1", "Previous Keyframe");
-    cmdNextKeyFrame_[1] = MakeButton(box, "cmdNextKeyFrame_1", "Next Keyframe");
-    cmdPreviousKeyFrame_[1]->setAccessibleName("Previous Rotational Keyframe");
-    cmdNextKeyFrame_[1]->setAccessibleName("Next Rotational Keyframe");
-    steps->addWidget(cmdPreviousKeyFrame_[1]);
-    steps->addWidget(cmdNextKeyFrame_[1]);
-    grid->addLayout(steps, 4, 0, 1, 3);
     return box;
 }
 
@@ -332,14 +333,7 @@ void AnimationPanel::AxisAngleChanged(int i) {
     if (filling_ || s < 0) return;
     filling_ = storing_ = true;
     spinControl* spin = txtRotAxis_[i];
-    // +180 and -180 are the same direction: each typed value turns into the other.
-    if (i == 0) {
-        if (spin->Value() == spin->Max()) {
-            spin->SetValue(spin->Min());
-        } else if (spin->Value() == spin->Min()) {
-            spin->SetValue(spin->Max());
-        }
-    }
+    if (i == 0) WrapHalfTurn(spin);
     picRotAxis_[i]->SetAngle(spin->Value());
     const Vector3 axis = DirectionFromAngles(txtRotAxis_[0]->Value(), txtRotAxis_[1]->Value());
     doc_.Apply(MakeKeyAxisCommand(doc_, s, WholeFrame(), axis));

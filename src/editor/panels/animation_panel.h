@@ -10,6 +10,7 @@
 #include "model/model_data.h"
 
 class QCheckBox;
+class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -44,6 +45,7 @@ class AnimationPanel : public QWidget {
 
   private:
     void connectSignals();
+    QGroupBox* BuildKeyGroup(int i, QGridLayout*& grid);
     QGroupBox* BuildPositional();
     QGroupBox* BuildRotational();
     // The selected sub-object when keys can be edited; -1 otherwise.

@@ -41,6 +41,14 @@ void AddRow(QGridLayout* grid, int row, const QString& label, QWidget* control) 
     }
 }
 
+void WrapHalfTurn(spinControl* spin) {
+    if (spin->Value() == spin->Max()) {
+        spin->SetValue(spin->Min());
+    } else if (spin->Value() == spin->Min()) {
+        spin->SetValue(spin->Max());
+    }
+}
+
 void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QString& caption,
                    spinControl* (&spinners)[3]) {
     const char* const axes[3] = {"X", "Y", "Z"};

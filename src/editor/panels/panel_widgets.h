@@ -26,6 +26,10 @@ spinControl* MakeSpinner(QWidget* parent, const QString& name, const QString& ac
 // A row of a grid: the label in column 0 (naming the control), the control beside it.
 void AddRow(QGridLayout* grid, int row, const QString& label, QWidget* control);
 
+// An L/R angle spinner at its maximum or minimum turns into the other end: +180 and -180 are
+// the same direction.
+void WrapHalfTurn(spinControl* spin);
+
 // Three spinners X, Y and Z for a position, named name_0 to name_2.
 void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QString& caption,
                    spinControl* (&spinners)[3]);

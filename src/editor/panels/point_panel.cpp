@@ -136,14 +136,7 @@ void PointPanel::AngleChanged(int i) {
     if (filling_ || !type) return;
     filling_ = storing_ = true;
     spinControl* spin = txtPointAngle_[i];
-    // +180 and -180 are the same direction: each typed value turns into the other.
-    if (i == 0) {
-        if (spin->Value() == spin->Max()) {
-            spin->SetValue(spin->Min());
-        } else if (spin->Value() == spin->Min()) {
-            spin->SetValue(spin->Max());
-        }
-    }
+    if (i == 0) WrapHalfTurn(spin);
     picPointAngle_[i]->SetAngle(spin->Value());
     const Vector3 direction =
         DirectionFromAngles(txtPointAngle_[0]->Value(), txtPointAngle_[1]->Value());
