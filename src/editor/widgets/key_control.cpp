@@ -50,7 +50,7 @@ keyControl::keyControl(QWidget* parent) : QWidget(parent) {
     lblCurrentFrame_ = new QLabel(this);
     lblCurrentFrame_->setObjectName("lblCurrentFrame");
     lblCurrentFrame_->setAlignment(Qt::AlignCenter);
-    lblCurrentFrame_->setAccessibleName("Current Frame");
+    lblCurrentFrame_->setAccessibleName("Timeline Frame");
     connect(cmdPrev_, &QToolButton::clicked, this, &keyControl::PrevFrame);
     connect(cmdNext_, &QToolButton::clicked, this, &keyControl::NextFrame);
     ShowFrame();
