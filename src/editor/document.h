@@ -42,6 +42,9 @@ struct AnimationState {
     float animTime = 2.0f;
     bool animLoop = false;
     int keyFilter = 0;  // 0 all, 1 positional, 2 rotational
+
+    // The frame key operations work at: the whole part of the current frame.
+    int WholeFrame() const { return static_cast<int>(curFrame); }
 };
 
 class Document : public QObject {

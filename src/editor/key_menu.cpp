@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <cmath>
 
 #include "editor/actions.h"
 #include "editor/document.h"
@@ -38,7 +37,7 @@ KeyFilter KeyMenu::Filter() const {
 }
 
 int KeyMenu::WholeFrame() const {
-    return static_cast<int>(std::trunc(doc_.animation().curFrame));
+    return doc_.animation().WholeFrame();
 }
 
 void KeyMenu::CopyKey(bool cut) {

@@ -6,35 +6,67 @@
 namespace mw {
 namespace {
 
+// One key track with its lookup, insert and delete operations.
+template <typename Key>
+struct Track {
+    KeyTrack<Key> SubObject::*keys;
+    int (*find)(const ModelData&, int, int, bool);
+    bool (*insert)(ModelData&, int, int);
+    bool (*remove)(ModelData&, int, int);
+};
+const Track<PosKey> kPositions{&SubObject::Pos, GetPANIindex, InsertPANIKey, DeletePANIKey};
+const Track<RotKey> kRotations{&SubObject::Rot, GetRANIindex, InsertRANIKey, DeleteRANIKey};
+
 // The key of s exactly at `frame`, inserted first when missing; nullptr when the track is
 // full or the frame is out of range.
-PosKey* PositionKeyFor(ModelData& model, int s, int frame) {
+template <typename Key>
+Key* KeyFor(const Track<Key>& track, ModelData& model, int s, int frame) {
     if (frame < 0 || frame > kLastKeyFrame) return nullptr;
-    if (GetPANIindex(model, s, frame, true) < 0 && !InsertPANIKey(model, s, frame)) {
-        return nullptr;
-    }
-    const int i = GetPANIindex(model, s, frame, true);
-    return i < 0 ? nullptr : &model.Sub(s).Pos.Keys[static_cast<std::size_t>(i)];
+    if (track.find(model, s, frame, true) < 0 && !track.insert(model, s, frame)) return nullptr;
+    const int i = track.find(model, s, frame, true);
+    return i < 0 ? nullptr : &(model.Sub(s).*track.keys).Keys[static_cast<std::size_t>(i)];
 }
 
-RotKey* RotationKeyFor(ModelData& model, int s, int frame) {
-    if (frame < 0 || frame > kLastKeyFrame) return nullptr;
-    if (GetRANIindex(model, s, frame, true) < 0 && !InsertRANIKey(model, s, frame)) {
-        return nullptr;
+// Appends the keys at frames start..end to `out` with frames relative to the start (at most
+// the clipboard's size); with `cut` they are deleted. Returns true when the model changed.
+template <typename Key>
+bool CopyRange(const Track<Key>& track, ModelData& model, int s, int start, int end, bool cut,
+               std::vector<Key>& out) {
+    bool changed = false;
+    for (int f = start; f <= end && out.size() < kClipboardKeys; ++f) {
+        const int i = track.find(model, s, f, true);
+        if (i < 0) continue;
+        Key key = (model.Sub(s).*track.keys).Keys[static_cast<std::size_t>(i)];
+        key.Frame = f - start;
+        out.push_back(key);
+        if (cut) changed = track.remove(model, s, f) || changed;
     }
-    const int i = GetRANIindex(model, s, frame, true);
-    return i < 0 ? nullptr : &model.Sub(s).Rot.Keys[static_cast<std::size_t>(i)];
+    return changed;
+}
+
+// The key exactly at `frame` into `out` (emptied when there is none).
+template <typename Key>
+bool CopyOne(const Track<Key>& track, ModelData& model, int s, int frame, bool cut,
+             std::optional<Key>& out) {
+    std::vector<Key> found;
+    const bool changed = CopyRange(track, model, s, frame, frame, cut, found);
+    out.reset();
+    if (!found.empty()) {
+        out = found.front();
+        out->Frame = frame;
+    }
+    return changed;
 }
 
 bool PastePosition(ModelData& model, int s, int frame, const PosKey& value) {
-    PosKey* key = PositionKeyFor(model, s, frame);
+    PosKey* key = KeyFor(kPositions, model, s, frame);
     if (key == nullptr) return false;
     key->Position = value.Position;
     return true;
 }
 
 bool PasteRotation(ModelData& model, int s, int frame, const RotKey& value) {
-    RotKey* key = RotationKeyFor(model, s, frame);
+    RotKey* key = KeyFor(kRotations, model, s, frame);
     if (key == nullptr) return false;
     key->Axis = value.Axis;
     key->Angle = value.Angle;
@@ -45,27 +77,14 @@ bool PasteRotation(ModelData& model, int s, int frame, const RotKey& value) {
 
 bool CopyKey(ModelData& model, int s, int frame, KeyFilter filter, bool cut, KeyClipboard& clip) {
     if (!model.IsRecord(s)) return false;
-    bool copied = false;
     bool changed = false;
-    if (TakesPositions(filter)) {
-        const int i = GetPANIindex(model, s, frame, true);
-        clip.Position.reset();
-        if (i >= 0) {
-            clip.Position = model.Sub(s).Pos.Keys[static_cast<std::size_t>(i)];
-            copied = true;
-            if (cut) changed = DeletePANIKey(model, s, frame);
-        }
-    }
+    if (TakesPositions(filter)) changed = CopyOne(kPositions, model, s, frame, cut, clip.Position);
     if (TakesRotations(filter)) {
-        const int i = GetRANIindex(model, s, frame, true);
-        clip.Rotation.reset();
-        if (i >= 0) {
-            clip.Rotation = model.Sub(s).Rot.Keys[static_cast<std::size_t>(i)];
-            copied = true;
-            if (cut) changed = DeleteRANIKey(model, s, frame) || changed;
-        }
+        changed = CopyOne(kRotations, model, s, frame, cut, clip.Rotation) || changed;
     }
-    if (copied) clip.singleKeyHeld = true;
+    if ((TakesPositions(filter) && clip.Position) || (TakesRotations(filter) && clip.Rotation)) {
+        clip.singleKeyHeld = true;
+    }
     return changed;
 }
 
@@ -88,23 +107,11 @@ bool CopyAllKeys(ModelData& model, int s, int start, int end, KeyFilter filter, 
     clip.AllRotations.clear();
     if (!model.IsRecord(s)) return false;
     bool changed = false;
-    for (int f = start; f <= end; ++f) {
-        if (!TakesPositions(filter) || clip.AllPositions.size() >= kClipboardKeys) break;
-        const int i = GetPANIindex(model, s, f, true);
-        if (i < 0) continue;
-        PosKey key = model.Sub(s).Pos.Keys[static_cast<std::size_t>(i)];
-        key.Frame = f - start;
-        clip.AllPositions.push_back(key);
-        if (cut) changed = DeletePANIKey(model, s, f) || changed;
+    if (TakesPositions(filter)) {
+        changed = CopyRange(kPositions, model, s, start, end, cut, clip.AllPositions);
     }
-    for (int f = start; f <= end; ++f) {
-        if (!TakesRotations(filter) || clip.AllRotations.size() >= kClipboardKeys) break;
-        const int i = GetRANIindex(model, s, f, true);
-        if (i < 0) continue;
-        RotKey key = model.Sub(s).Rot.Keys[static_cast<std::size_t>(i)];
-        key.Frame = f - start;
-        clip.AllRotations.push_back(key);
-        if (cut) changed = DeleteRANIKey(model, s, f) || changed;
+    if (TakesRotations(filter)) {
+        changed = CopyRange(kRotations, model, s, start, end, cut, clip.AllRotations) || changed;
     }
     if (!clip.AllPositions.empty() || !clip.AllRotations.empty()) clip.allKeysHeld = true;
     return changed;

@@ -141,9 +141,7 @@ TEST_F(AnimationWindowTest, EveryControlHasAnAccessibleName) {
             if (qobject_cast<QAbstractButton*>(w) == nullptr &&
                 qobject_cast<QLineEdit*>(w) == nullptr && qobject_cast<keyControl*>(w) == nullptr)
                 continue;
-            QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
-            ASSERT_NE(a, nullptr);
-            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+            ExpectAccessibleName(w);
         }
     }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <QAccessible>
 #include <QApplication>
 #include <QMenu>
 #include <QPainter>
@@ -38,6 +39,13 @@ class EditorTest : public ::testing::Test {
     }
 
     Document& doc() { return window_->document(); }
+    // A control assistive tools can name.
+    static void ExpectAccessibleName(QWidget* w) {
+        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+        ASSERT_NE(a, nullptr);
+        EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+    }
+
     // Clicks the tab of that caption.
     void ShowTab(const QString& tab) {
         QTabBar& tabs = window_->panels().tabs();

@@ -317,9 +317,7 @@ TEST_F(EditorTest, EveryControlHasAnAccessibleName) {
         const bool control = qobject_cast<QAbstractButton*>(w) || qobject_cast<QComboBox*>(w) ||
                              qobject_cast<QTabBar*>(w) || qobject_cast<QTreeWidget*>(w);
         if (!control || !w->isVisibleTo(window_.get())) continue;
-        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
-        ASSERT_NE(a, nullptr);
-        EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+        ExpectAccessibleName(w);
         ++checked;
     }
     EXPECT_GT(checked, 15);

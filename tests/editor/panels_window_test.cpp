@@ -121,9 +121,7 @@ TEST_F(PanelsWindowTest, EveryPanelControlHasAnAccessibleName) {
         for (QWidget* w : panel->findChildren<QWidget*>()) {
             if (w->objectName().isEmpty() || w->objectName().startsWith("qt_")) continue;
             if (qobject_cast<QLabel*>(w) != nullptr) continue;
-            QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
-            ASSERT_NE(a, nullptr);
-            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+            ExpectAccessibleName(w);
         }
     }
 }

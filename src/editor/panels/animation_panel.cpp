@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <cmath>
 
 #include "editor/document.h"
 #include "editor/key_commands.h"
@@ -133,24 +132,12 @@ QGroupBox* AnimationPanel::BuildRotational() {
     fraRotAxis_ = new QGroupBox("Axis of Rotation", box);
     fraRotAxis_->setObjectName("fraRotAxis");
     auto* axis = new QGridLayout(fraRotAxis_);
-    txtRotAxis_[0] =
-        MakeSpinner(fraRotAxis_, "txtRotAxis_0", "L/R Angle", -180, 180, "##0.00", 0.01f, 2.0f);
-    txtRotAxis_[1] =
-        MakeSpinner(fraRotAxis_, "txtRotAxis_1", "U/D Angle", -90, 90, "#0.00", 0.01f, 2.0f);
-    AddRow(axis, 0, "L/R Angle:", txtRotAxis_[0]);
-    AddRow(axis, 1, "U/D Angle:", txtRotAxis_[1]);
-    const DialKind kinds[2] = {DialKind::LeftRight, DialKind::UpDown};
-    const char* const names[2] = {"L/R Axis", "U/D Axis"};
-    auto* dials = new QHBoxLayout;
+    const DirectionControls controls =
+        AddDirectionRows(axis, 0, "txtRotAxis", "picRotAxis", "Axis", 64);
     for (int i = 0; i < 2; ++i) {
-        picRotAxis_[i] = new VectorControl(kinds[i], fraRotAxis_);
-        picRotAxis_[i]->setObjectName(QString("picRotAxis_%1").arg(i));
-        picRotAxis_[i]->setAccessibleName(names[i]);
-        picRotAxis_[i]->setFixedSize(64, 64);
-        dials->addWidget(picRotAxis_[i]);
+        txtRotAxis_[i] = controls.angles[i];
+        picRotAxis_[i] = controls.dials[i];
     }
-    dials->addStretch(1);
-    axis->addLayout(dials, 2, 0, 1, 2);
     grid->addWidget(fraRotAxis_, 2, 0, 1, 3);
 
     auto* mirrors = new QHBoxLayout;
@@ -185,8 +172,6 @@ void AnimationPanel::connectSignals() {
     for (int i = 0; i < 2; ++i) {
         connect(txtRotAxis_[i], &spinControl::Change, this, [this, i] { AxisAngleChanged(i); });
         connect(txtRotAxis_[i], &spinControl::ChangeDone, &doc_, &Document::EndEditSession);
-        connect(picRotAxis_[i], &VectorControl::Change, this,
-                [this, i](double degrees) { DialChanged(i, degrees); });
         connect(picRotAxis_[i], &VectorControl::ChangeDone, &doc_, &Document::EndEditSession);
         connect(cmdPreviousKeyFrame_[i], &QPushButton::clicked, this,
                 [this, i] { PreviousKeyFrame(i); });
@@ -211,7 +196,7 @@ int AnimationPanel::EditedSubObject() const {
 }
 
 int AnimationPanel::WholeFrame() const {
-    return static_cast<int>(std::trunc(doc_.animation().curFrame));
+    return doc_.animation().WholeFrame();
 }
 
 void AnimationPanel::ShowAnimationPanel() {
@@ -280,19 +265,20 @@ void AnimationPanel::SetEnabling(int s) {
         editable && (model.Sub(s).Pos.KeyCount() > 0 || model.Sub(s).Rot.KeyCount() > 0);
     cmdSubToStart_->setEnabled(keys);
     cmdAllSubsToStart_->setEnabled(doc_.hasModel() && (model.HasPANI || model.HasRANI) && !playing);
-    const int frame = WholeFrame();
+    // Key navigation: a key before or after the current frame on the sub-object's track.
     for (int i = 0; i < 2; ++i) {
-        const bool enabled = editable && (i == 0 ? model.HasPANI : model.HasRANI);
-        int first = 0, last = 0, count = 0;
-        if (s >= 0) {
-            const SubObject& sub = model.Sub(s);
-            first = i == 0 ? sub.Pos.FirstFrame : sub.Rot.FirstFrame;
-            last = i == 0 ? sub.Pos.LastFrame : sub.Rot.LastFrame;
-            count = i == 0 ? sub.Pos.KeyCount() : sub.Rot.KeyCount();
-        }
-        cmdPreviousKeyFrame_[i]->setEnabled(enabled && count > 0 && first < frame);
-        cmdNextKeyFrame_[i]->setEnabled(enabled && count > 0 && last > frame);
+        cmdPreviousKeyFrame_[i]->setEnabled(false);
+        cmdNextKeyFrame_[i]->setEnabled(false);
     }
+    if (!editable) return;
+    const int frame = WholeFrame();
+    const auto steps = [&](int i, bool present, const auto& track) {
+        const bool enabled = present && track.KeyCount() > 0;
+        cmdPreviousKeyFrame_[i]->setEnabled(enabled && track.FirstFrame < frame);
+        cmdNextKeyFrame_[i]->setEnabled(enabled && track.LastFrame > frame);
+    };
+    steps(0, model.HasPANI, model.Sub(s).Pos);
+    steps(1, model.HasRANI, model.Sub(s).Rot);
 }
 
 void AnimationPanel::KeyHasPANIClicked(bool checked) {
@@ -338,11 +324,6 @@ void AnimationPanel::AxisAngleChanged(int i) {
     const Vector3 axis = DirectionFromAngles(txtRotAxis_[0]->Value(), txtRotAxis_[1]->Value());
     doc_.Apply(MakeKeyAxisCommand(doc_, s, WholeFrame(), axis));
     filling_ = storing_ = false;
-}
-
-void AnimationPanel::DialChanged(int i, double degrees) {
-    txtRotAxis_[i]->SetValue(static_cast<float>(degrees));
-    picRotAxis_[i]->SetAngle(txtRotAxis_[i]->Value());
 }
 
 void AnimationPanel::Mirror(int component) {

@@ -54,7 +54,6 @@ class AnimationPanel : public QWidget {
     void StorePosition();
     void StoreAngle();
     void AxisAngleChanged(int i);
-    void DialChanged(int i, double degrees);
     void ShowKeys(int s, int frame);
     void SetEnabling(int s);
 

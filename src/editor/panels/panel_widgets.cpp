@@ -2,11 +2,13 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 
 #include "editor/document.h"
 #include "editor/widgets/spin_control.h"
+#include "editor/widgets/vector_control.h"
 
 namespace mw {
 
@@ -47,6 +49,36 @@ void WrapHalfTurn(spinControl* spin) {
     } else if (spin->Value() == spin->Min()) {
         spin->SetValue(spin->Max());
     }
+}
+
+DirectionControls AddDirectionRows(QGridLayout* grid, int row, const QString& spinName,
+                                   const QString& dialName, const QString& what, int dialSize) {
+    QWidget* parent = grid->parentWidget();
+    DirectionControls c;
+    c.angles[0] =
+        MakeSpinner(parent, spinName + "_0", "L/R Angle", -180, 180, "##0.00", 0.01f, 2.0f);
+    c.angles[1] = MakeSpinner(parent, spinName + "_1", "U/D Angle", -90, 90, "#0.00", 0.01f, 2.0f);
+    AddRow(grid, row, "L/R Angle:", c.angles[0]);
+    AddRow(grid, row + 1, "U/D Angle:", c.angles[1]);
+    const DialKind kinds[2] = {DialKind::LeftRight, DialKind::UpDown};
+    const char* const sides[2] = {"L/R ", "U/D "};
+    auto* dials = new QHBoxLayout;
+    for (int i = 0; i < 2; ++i) {
+        VectorControl* dial = new VectorControl(kinds[i], parent);
+        spinControl* spin = c.angles[i];
+        dial->setObjectName(QString("%1_%2").arg(dialName).arg(i));
+        dial->setAccessibleName(sides[i] + what);
+        dial->setFixedSize(dialSize, dialSize);
+        dials->addWidget(dial);
+        QObject::connect(dial, &VectorControl::Change, spin, [dial, spin](double degrees) {
+            spin->SetValue(static_cast<float>(degrees));
+            dial->SetAngle(spin->Value());
+        });
+        c.dials[i] = dial;
+    }
+    dials->addStretch(1);
+    grid->addLayout(dials, row + 2, 0, 1, 2);
+    return c;
 }
 
 void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QString& caption,

@@ -12,6 +12,7 @@ class QWidget;
 namespace mw {
 
 class Document;
+class VectorControl;
 class spinControl;
 struct DisplaySettings;
 
@@ -29,6 +30,16 @@ void AddRow(QGridLayout* grid, int row, const QString& label, QWidget* control);
 // An L/R angle spinner at its maximum or minimum turns into the other end: +180 and -180 are
 // the same direction.
 void WrapHalfTurn(spinControl* spin);
+
+// A direction as two angles: the L/R and U/D spinners (spinName_0, spinName_1) in rows
+// `row` and `row` + 1, and under them their two dials (dialName_0, dialName_1, called
+// "L/R " and "U/D " + `what`). A pick in a dial goes into its spinner, whose Change follows.
+struct DirectionControls {
+    spinControl* angles[2]{};
+    VectorControl* dials[2]{};
+};
+DirectionControls AddDirectionRows(QGridLayout* grid, int row, const QString& spinName,
+                                   const QString& dialName, const QString& what, int dialSize);
 
 // Three spinners X, Y and Z for a position, named name_0 to name_2.
 void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QString& caption,

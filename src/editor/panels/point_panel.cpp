@@ -45,24 +45,12 @@ PointPanel::PointPanel(Document& doc, QWidget* parent) : QWidget(parent), doc_(d
 
     auto* direction = new QGroupBox("Direction", this);
     auto* grid = new QGridLayout(direction);
-    txtPointAngle_[0] =
-        MakeSpinner(direction, "txtPointAngle_0", "L/R Angle", -180, 180, "##0.00", 0.01f, 2.0f);
-    txtPointAngle_[1] =
-        MakeSpinner(direction, "txtPointAngle_1", "U/D Angle", -90, 90, "#0.00", 0.01f, 2.0f);
-    AddRow(grid, 0, "L/R Angle:", txtPointAngle_[0]);
-    AddRow(grid, 1, "U/D Angle:", txtPointAngle_[1]);
-    const DialKind kinds[2] = {DialKind::LeftRight, DialKind::UpDown};
-    const char* const names[2] = {"L/R Direction", "U/D Direction"};
-    auto* dials = new QHBoxLayout;
+    const DirectionControls controls =
+        AddDirectionRows(grid, 0, "txtPointAngle", "picPointAngle", "Direction", 72);
     for (int i = 0; i < 2; ++i) {
-        picPointAngle_[i] = new VectorControl(kinds[i], direction);
-        picPointAngle_[i]->setObjectName(QString("picPointAngle_%1").arg(i));
-        picPointAngle_[i]->setAccessibleName(names[i]);
-        picPointAngle_[i]->setFixedSize(72, 72);
-        dials->addWidget(picPointAngle_[i]);
+        txtPointAngle_[i] = controls.angles[i];
+        picPointAngle_[i] = controls.dials[i];
     }
-    dials->addStretch(1);
-    grid->addLayout(dials, 2, 0, 1, 2);
     auto* hint = new QLabel(
         "Enter Direction manually or Click, Shift-Click and Drag inside Vector Controls.",
         direction);
@@ -86,8 +74,6 @@ void PointPanel::connectSignals() {
     for (int i = 0; i < 2; ++i) {
         connect(txtPointAngle_[i], &spinControl::Change, this, [this, i] { AngleChanged(i); });
         connect(txtPointAngle_[i], &spinControl::ChangeDone, &doc_, &Document::EndEditSession);
-        connect(picPointAngle_[i], &VectorControl::Change, this,
-                [this, i](double degrees) { DialChanged(i, degrees); });
         connect(picPointAngle_[i], &VectorControl::ChangeDone, &doc_, &Document::EndEditSession);
     }
 }
@@ -142,12 +128,6 @@ void PointPanel::AngleChanged(int i) {
         DirectionFromAngles(txtPointAngle_[0]->Value(), txtPointAngle_[1]->Value());
     doc_.Apply(MakePointDirectionCommand(doc_, *type, doc_.selection().curPNT, direction));
     filling_ = storing_ = false;
-}
-
-void PointPanel::DialChanged(int i, double degrees) {
-    // The spinner takes the angle and stores it as a typed one would be.
-    txtPointAngle_[i]->SetValue(static_cast<float>(degrees));
-    picPointAngle_[i]->SetAngle(txtPointAngle_[i]->Value());
 }
 
 }  // namespace mw

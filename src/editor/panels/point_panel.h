@@ -29,7 +29,6 @@ class PointPanel : public QWidget {
     std::optional<PointType> SelectedType() const;
     void StoreLocation();
     void AngleChanged(int i);
-    void DialChanged(int i, double degrees);
 
     Document& doc_;
     bool filling_ = false;
