@@ -4,27 +4,16 @@
 #include <QMessageBox>
 #include <filesystem>
 
+#include "convert/pofgen.h"
+#include "editor/dialogs/preferences_dialog.h"
+#include "gamedata/file_names.h"
+
 #include "app/logo.h"
 #include "editor/actions.h"
-#include "editor/dialogs/progress_dialog.h"
 #include "editor/viewport.h"
 #include "view/offscreen.h"
 
 namespace mw {
-namespace {
-
-class MessageBoxes : public MessageSink {
-  public:
-    explicit MessageBoxes(QWidget* parent) : parent_(parent) {}
-    void Information(const std::string& text) override {
-        QMessageBox::information(parent_, "Meshwright", QString::fromStdString(text));
-    }
-
-  private:
-    QWidget* parent_;
-};
-
-}  // namespace
 
 void PrepareApplication() {
     ApplyViewFormat();
@@ -41,6 +30,7 @@ bool Application::Start() {
     ini_.Load();
     LoadSettings(ini_, settings_);
     DeriveArchivePaths(settings_);
+    BuildPofgenSwitches(settings_);
     if (CreateLogo(logo_) != 0) {
         QMessageBox::warning(nullptr, "Meshwright",
                              "Failure reading Resource File - Please Re-Install program.");
@@ -55,17 +45,14 @@ bool Application::Start() {
         QMessageBox::critical(nullptr, "Meshwright", "Error initializing OpenGL Window!");
         return false;
     }
-    // The preferences dialog opens here when d3.hog is missing, once it exists.
-
-    // The game's archives and tables, behind the progress bar.
-    frmProgress progress(window_.get());
-    MessageBoxes messages(window_.get());
-    game_.Hog.ReadHOGs(settings_, &progress);
-    game_.Gam.ReadGAMs(game_.Hog, settings_, &progress, &messages);
-    bool anyLoaded = false;
-    for (const HogSlot& slot : game_.Hog.Slots)
-        anyLoaded = anyLoaded || slot.Loaded;
-    if (anyLoaded) window_->actions().PopulateHOGlist();
+    // Without the game's main archive the user is asked for the paths first.
+    if (!ContainsIgnoringCase(settings_.D3HogPath, "d3.hog") ||
+        !FindFileIgnoringCase(settings_.D3HogPath)) {
+        frmPreferences preferences(settings_, window_->prompts(), window_.get());
+        preferences.exec();
+        window_->repaint();
+    }
+    window_->ReadGameData();
     window_->viewport().LoadEffects();
     return true;
 }

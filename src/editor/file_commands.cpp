@@ -70,11 +70,11 @@ void FileCommands::LoadFailed(int status) {
     doc_.ResetModel(false);
 }
 
-bool FileCommands::OpenChosen(const QString& path, bool addRecent) {
+bool FileCommands::OpenChosen(const QString& path, bool addRecent, bool askToSave) {
     const bool oof = path.contains(".oof", Qt::CaseInsensitive);
     const bool room = !oof && path.contains(".orf", Qt::CaseInsensitive);
     if (!oof && !room) return false;
-    if (!MaybeSave()) return false;
+    if (askToSave && !MaybeSave()) return false;
     const int status = LoadModel(path, -1, room);
     if (status != 0) {
         LoadFailed(status);
@@ -99,6 +99,10 @@ bool FileCommands::Open() {
 
 bool FileCommands::OpenPath(const QString& path) {
     return OpenChosen(QFileInfo(path).absoluteFilePath(), true);
+}
+
+bool FileCommands::OpenCompiled(const QString& path) {
+    return OpenChosen(path, true, false);
 }
 
 bool FileCommands::OpenRecent(int item) {

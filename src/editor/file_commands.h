@@ -39,6 +39,9 @@ class FileCommands : public QObject {
     bool OpenPath(const QString& path);  // as Open with this file chosen
     bool OpenRecent(int item);           // menu item 0..8
     bool OpenArchiveModel(int index);
+    // A model a compiler has just written, opened as Open does but without asking about
+    // unsaved changes (the import has asked before compiling).
+    bool OpenCompiled(const QString& path);
     bool Save();
     bool SaveAs();
     bool ExportORF();
@@ -56,7 +59,7 @@ class FileCommands : public QObject {
   private:
     // A chosen file opened as a model or room by its name; `addRecent` for dialog and recent
     // routes. Returns true on success.
-    bool OpenChosen(const QString& path, bool addRecent);
+    bool OpenChosen(const QString& path, bool addRecent, bool askToSave = true);
     void LoadFailed(int status);
     // The save dialog asked until the user agrees to a name; empty when cancelled.
     QString AskSaveName(const QString& title, const QString& filter, const QString& initial);

@@ -11,6 +11,8 @@
 #include "editor/dialogs/about_dialog.h"
 #include "editor/dialogs/check_dialog.h"
 #include "editor/dialogs/help_window.h"
+#include "editor/dialogs/preferences_dialog.h"
+#include "editor/dialogs/progress_dialog.h"
 #include "editor/document.h"
 #include "editor/file_commands.h"
 #include "editor/key_menu.h"
@@ -20,6 +22,7 @@
 #include "editor/panels/panel_host.h"
 #include "editor/panels/point_panel.h"
 #include "editor/panels/subobject_panel.h"
+#include "editor/p3d_import.h"
 #include "editor/panels/textures_panel.h"
 #include "editor/prompts.h"
 #include "editor/tree/model_tree.h"
@@ -36,6 +39,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
       prompts_(prompts == nullptr ? ownPrompts_.get() : prompts),
       doc_(std::make_unique<Document>(oof)),
       settings_(settings),
+      game_(game),
       logo_(logo) {
     setObjectName("frmOOF");
     setAccessibleName(kAppTitle);
@@ -94,6 +98,10 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     connect(actions_, &MainActions::helpRequested, this, &frmOOF::ShowHelp);
     connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
     connect(actions_, &MainActions::checkRequested, this, &frmOOF::ShowCheck);
+    connect(actions_, &MainActions::preferencesRequested, this, &frmOOF::ShowPreferences);
+    import_ = new P3DImport(*files_, settings, *prompts_, this);
+    connect(actions_, &MainActions::importP3DRequested, import_, &P3DImport::Import);
+    runPreferences_ = [](frmPreferences& dialog) { dialog.exec(); };
     files_->SetModelCheck(DocumentCheck(*doc_, &viewport_->textures(), &settings));
     keyMenu_ = new KeyMenu(*doc_, *actions_, strip_->timeline(), this);
     connect(tree_, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);
@@ -149,6 +157,36 @@ void frmOOF::ShowCheck() {
     }
     check_->show();
     check_->raise();
+}
+
+void frmOOF::ShowPreferences() {
+    frmPreferences dialog(settings_, *prompts_, this);
+    runPreferences_(dialog);
+    ApplyPreferences(dialog.PathsChanged(), dialog.BackgroundChanged());
+}
+
+void frmOOF::ApplyPreferences(bool pathsChanged, bool backgroundChanged) {
+    repaint();
+    actions_->UpdateFileEnabling();
+    if (backgroundChanged) {
+        viewport_->ReloadBackground();
+        actions_->UpdateEnabling();
+    }
+    if (!pathsChanged) return;
+    ReadGameData();
+    if (doc_->modelReady() &&
+        prompts_->Ask(this, "Reload Model Textures?", QMessageBox::Yes | QMessageBox::No,
+                      PromptIcon::Question) == QMessageBox::Yes) {
+        viewport_->ReloadModelTextures();
+    }
+}
+
+void frmOOF::ReadGameData() {
+    frmProgress progress(this);
+    PromptMessages messages(*prompts_, this);
+    game_.Hog.ReadHOGs(settings_, &progress);
+    game_.Gam.ReadGAMs(game_.Hog, settings_, &progress, &messages);
+    actions_->PopulateHOGlist();
 }
 
 void frmOOF::ShowAbout() {

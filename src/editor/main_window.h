@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 #include <QPixmap>
+#include <functional>
 #include <memory>
 
 #include "gamedata/settings.h"
@@ -24,7 +25,9 @@ class MainActions;
 class ModelTree;
 class PanelHost;
 class Prompts;
+class P3DImport;
 class Viewport;
+class frmPreferences;
 
 class frmOOF : public QMainWindow {
     Q_OBJECT
@@ -44,6 +47,7 @@ class frmOOF : public QMainWindow {
     QGroupBox& animationStrip() { return *fraAnimation_; }
     AnimationStrip& animation() { return *strip_; }
     KeyMenu& keyMenu() { return *keyMenu_; }
+    P3DImport& p3dImport() { return *import_; }
 
     // Opens a file as the Open command does with that file chosen.
     bool LoadModel(const QString& path);
@@ -52,6 +56,19 @@ class frmOOF : public QMainWindow {
     void ShowAbout();
     // Tools > Check Model...: the findings, kept open beside the window.
     void ShowCheck();
+
+    // File > Preferences...: the dialog, then whatever its changes call for.
+    void ShowPreferences();
+    // After the preferences dialog closed: Import P3D's enabling, the background picture,
+    // and, when a game-data path changed, the game data and (if asked) the model's textures.
+    void ApplyPreferences(bool pathsChanged, bool backgroundChanged);
+    // Runs the preferences dialog modally (tests set their own, which drives the dialog).
+    using PreferencesRunner = std::function<void(frmPreferences&)>;
+    void SetPreferencesRunner(PreferencesRunner run) { runPreferences_ = std::move(run); }
+
+    // Reads the game's archives and tables behind the progress bar and fills the archive
+    // model list.
+    void ReadGameData();
 
     // Where the program lives (for the manual).
     void SetProgramDir(const QString& dir) { programDir_ = dir; }
@@ -69,6 +86,7 @@ class frmOOF : public QMainWindow {
     Prompts* prompts_;
     std::unique_ptr<Document> doc_;
     Settings& settings_;
+    GameData& game_;
     QPixmap logo_;
     QString programDir_;
     Viewport* viewport_ = nullptr;
@@ -78,6 +96,8 @@ class frmOOF : public QMainWindow {
     AnimationStrip* strip_ = nullptr;
     KeyMenu* keyMenu_ = nullptr;
     FileCommands* files_ = nullptr;
+    P3DImport* import_ = nullptr;
+    PreferencesRunner runPreferences_;
     MainActions* actions_ = nullptr;
     QWidget* help_ = nullptr;
     CheckDialog* check_ = nullptr;

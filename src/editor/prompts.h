@@ -6,6 +6,8 @@
 #include <QMessageBox>
 #include <QString>
 
+#include "gamedata/progress.h"
+
 class QWidget;
 
 namespace mw {
@@ -42,6 +44,19 @@ class DialogPrompts : public Prompts {
     QMessageBox::StandardButton Ask(QWidget* parent, const QString& text,
                                     QMessageBox::StandardButtons buttons, PromptIcon icon) override;
     QColor ChooseColor(QWidget* parent, const QColor& initial) override;
+};
+
+// The game-data readers' messages as information boxes.
+class PromptMessages : public MessageSink {
+  public:
+    PromptMessages(Prompts& prompts, QWidget* parent) : prompts_(prompts), parent_(parent) {}
+    void Information(const std::string& text) override {
+        prompts_.Message(parent_, QString::fromStdString(text), PromptIcon::Information);
+    }
+
+  private:
+    Prompts& prompts_;
+    QWidget* parent_;
 };
 
 }  // namespace mw

@@ -104,6 +104,11 @@ void Viewport::LoadEffects() {
     effectsWanted_ = !glReady_;
     if (!glReady_) return;
     renderer_.ApplyFiltering(settings_.BilinearFiltering);
+    LoadGlowTexture();
+    ReloadBackground();
+}
+
+void Viewport::LoadGlowTexture() {
     std::optional<DecodedImage> glow = DecodeGameTexture("thrustball", game_, settings_);
     if (!glow) {
         prompts_.Message(this, "Glow Texture-thrustball.ogf not found. Creating similar texture.",
@@ -112,26 +117,40 @@ void Viewport::LoadEffects() {
     }
     makeCurrent();
     renderer_.UploadGlowTexture(glow->Width, glow->Height, glow->Pixels.data());
+    doneCurrent();
+}
+
+void Viewport::ReloadBackground() {
+    if (!glReady_) return;
     const std::string& picture = settings_.BackgroundImage;
-    if (picture.empty()) {
-        emit viewChanged();
-        return;
-    }
     std::optional<BackgroundImage> image;
-    if (picture.find('.') != std::string::npos && FindFileIgnoringCase(picture)) {
+    if (!picture.empty() && picture.find('.') != std::string::npos &&
+        FindFileIgnoringCase(picture)) {
         image = LoadBackgroundPicture(picture);
         if (!image) {
             prompts_.Message(this, QString::fromStdString("Error reading " + FileNameOf(picture)),
                              PromptIcon::None);
         }
     }
-    if (image) {
-        makeCurrent();
-        renderer_.UploadBackground(&*image);
-    } else {
-        settings_.BackgroundImage.clear();
-    }
+    if (!image) settings_.BackgroundImage.clear();
+    makeCurrent();
+    renderer_.UploadBackground(image ? &*image : nullptr);
+    doneCurrent();
     emit viewChanged();
+    update();
+}
+
+void Viewport::ReloadModelTextures() {
+    if (!glReady_) return;
+    ModelData& model = doc_.model();
+    makeCurrent();
+    LoadModelTextures(model, doc_.ModelPath().toStdString(), game_, settings_, missing_, renderer_,
+                      textures_);
+    renderer_.BuildSubObjectLists(model, textures_.Slots);
+    doneCurrent();
+    LoadGlowTexture();
+    emit texturesLoaded();
+    update();
 }
 
 // The GL half of a load: textures, display lists, camera.

@@ -42,6 +42,12 @@ class Viewport : public QOpenGLWidget {
     // Loads the glow sprites' texture and the background picture (once the game data has
     // been read); waits for the OpenGL context when it is not there yet.
     void LoadEffects();
+    // The glow sprites' texture from the game data (or a made one).
+    void LoadGlowTexture();
+    // The background picture the settings name, or none.
+    void ReloadBackground();
+    // The model's textures resolved again (after the game data changed), and the glow.
+    void ReloadModelTextures();
 
     // The update routine: advances the clock, the texture animation and the rotators, and
     // redraws when something changed (always when not called from the timer). Returns true

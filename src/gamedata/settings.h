@@ -59,6 +59,8 @@ struct Settings {
 
     // Derived at start-up, not stored: the Extra13 archive beside d3.hog.
     std::string Extra13Path;
+    // Built at start-up and when the preferences are confirmed: the compilers' switches.
+    std::string PofgenSwitches;
 
     friend bool operator==(const Settings&, const Settings&) = default;
 };

@@ -1,0 +1,37 @@
+// Finding the game's folder, its d3.hog and a model compiler on a Linux machine: Steam
+// libraries, Wine prefixes, the usual game folders, then a folder "Descent3" in or one level
+// below the home folder. Names are matched ignoring case.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace mw {
+
+struct AutofindPlaces {
+    std::filesystem::path home;
+    std::filesystem::path winePrefix;                 // $WINEPREFIX; empty when not set
+    std::vector<std::filesystem::path> systemFolders;  // /opt, /usr/local/games, ...
+
+    // The places of this machine, from $HOME and $WINEPREFIX.
+    static AutofindPlaces FromEnvironment();
+};
+
+struct AutofindResult {
+    std::string gameDir;   // ends in the separator; empty when no game folder was found
+    std::string d3Hog;     // the d3.hog found there, or empty
+    std::string compiler;  // pofgen.exe or bspgen.exe, there or in a subfolder, or empty
+};
+
+// The game folders the places hold, in the order they are searched.
+std::vector<std::filesystem::path> GameFolderCandidates(const AutofindPlaces& places);
+
+// The first candidate that holds d3.hog (or the first candidate), with its files.
+AutofindResult Autofind(const AutofindPlaces& places);
+
+// The library folders a Steam installation lists in its libraryfolders.vdf, the installation
+// itself first.
+std::vector<std::filesystem::path> SteamLibraries(const std::filesystem::path& steamRoot);
+
+}  // namespace mw
