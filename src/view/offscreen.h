@@ -1,5 +1,6 @@
 // The renderer drawing into an offscreen framebuffer, for the command-line tool, the
-// benchmarks and the tests. Needs a QGuiApplication.
+// benchmarks and the tests. Needs a QGuiApplication (the offscreen platform will do). With a
+// display the context is Qt's; without one, Mesa's surfaceless EGL.
 #pragma once
 
 #include <QImage>
@@ -18,13 +19,24 @@ namespace mw {
 // pipeline), double buffer and a depth buffer of at least 16 bits.
 void ApplyViewFormat();
 
+class SurfacelessContext;
+
+enum class OffscreenContext {
+    Automatic,    // Qt's when a display can be opened, else surfaceless
+    Qt,           // Qt's context on the platform's display
+    Surfaceless,  // EGL without any display
+};
+
 class OffscreenView {
   public:
     OffscreenView();
     ~OffscreenView();
 
     // Makes the context and a framebuffer of the given size; false with a message on failure.
-    bool Create(int width, int height, std::string& error);
+    bool Create(int width, int height, std::string& error,
+                OffscreenContext kind = OffscreenContext::Automatic);
+    // Which kind of context Create made.
+    OffscreenContext kind() const { return kind_; }
 
     // Makes the context current and binds the framebuffer.
     void MakeCurrent();
@@ -36,6 +48,9 @@ class OffscreenView {
 
     // Draws one frame and returns it.
     QImage Render(const ModelData& model, const FrameInput& in);
+    // Draws the frame over black and over white and returns it with the background
+    // transparent: a pixel's alpha is how little the background showed through it.
+    QImage RenderTransparent(const ModelData& model, const FrameInput& in);
     // Draws model texture t into the whole framebuffer, as the textures panel previews it.
     QImage RenderPreview(int t);
 
@@ -46,6 +61,12 @@ class OffscreenView {
     Renderer& renderer() { return renderer_; }
 
   private:
+    bool CreateQt(int width, int height, std::string& error);
+    QImage Read();
+
+    OffscreenContext kind_ = OffscreenContext::Automatic;
+    int width_ = 0, height_ = 0;
+    std::unique_ptr<SurfacelessContext> surfaceless_;
     std::unique_ptr<QOpenGLContext> context_;
     std::unique_ptr<QOffscreenSurface> surface_;
     std::unique_ptr<QOpenGLFramebufferObject> fbo_;
