@@ -11,6 +11,7 @@
 #include "model/geometry.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
+#include "model/version.h"
 
 namespace mw {
 namespace {
@@ -24,13 +25,16 @@ constexpr const char* kUsage =
     "  edit IN OUT OPERATION...          apply model operations, then write OUT\n"
     "  convert IN OUT [OPTIONS]          OOF to ORF room, or ORF room to OOF\n"
     "  render MODEL --png OUT [OPTIONS]  draw one frame of the model offscreen\n"
+    "  thumbnail MODEL OUT.png [--size N] a square picture for file managers\n"
+    "  sheet ARCHIVE|FOLDER --png OUT     a contact sheet of every model there\n"
     "  textures MODEL [OPTIONS]          resolve the model's textures through the game data\n"
     "  check MODEL [--json] [OPTIONS]    check the model against the game's limits\n"
     "  hog list|extract ARCHIVE ...      list or extract the files of a HOG2 archive\n"
     "  image SOURCE [OPTIONS]            decode an OGF or OAF image, optionally to PNG\n"
     "  gam dump SOURCE [--json]          print a GAM table's texture and object entries\n"
     "\n"
-    "'meshwright-cli COMMAND --help' describes one command.\n";
+    "'meshwright-cli COMMAND --help' describes one command; 'meshwright-cli --version' tells\n"
+    "the version.\n";
 
 }  // namespace
 
@@ -110,11 +114,17 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         out << kUsage;
         return 0;
     }
+    if (command == "--version") {
+        out << VersionText() << "\n";
+        return 0;
+    }
     if (command == "info") return InfoCommand(rest, out, err);
     if (command == "resave") return ResaveCommand(rest, out, err);
     if (command == "edit") return EditCommand(rest, out, err);
     if (command == "convert") return ConvertCommand(rest, out, err);
     if (command == "render") return RenderCommand(rest, out, err);
+    if (command == "thumbnail") return ThumbnailCommand(rest, out, err);
+    if (command == "sheet") return SheetCommand(rest, out, err);
     if (command == "textures") return TexturesCommand(rest, out, err);
     if (command == "check") return CheckCommand(rest, out, err);
     if (command == "hog") return HogCommand(rest, out, err);

@@ -32,6 +32,8 @@ int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::o
 int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ThumbnailCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int SheetCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 // The bytes of one archive entry, found by name ignoring case. Returns 0 or an exit status.
 int ExtractHogEntry(const std::string& archive, const std::string& entry,

@@ -1,10 +1,8 @@
-#include <QGuiApplication>
-#include <cstdlib>
-#include <memory>
 #include <ostream>
 
 #include "cli/cli.h"
 #include "cli/game_data_options.h"
+#include "cli/model_picture.h"
 #include "gamedata/file_names.h"
 #include "gamedata/ini_file.h"
 #include "gamedata/texture_loader.h"
@@ -97,20 +95,6 @@ bool Parse(const std::vector<std::string>& args, RenderOptions& o) {
     return !o.model.empty() && !o.png.empty();
 }
 
-// The GUI application the renderer needs, unless there is one; without an X display the
-// offscreen platform is tried.
-std::unique_ptr<QGuiApplication> MakeGuiApplication() {
-    if (QGuiApplication::instance() != nullptr) return nullptr;
-    if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr &&
-        std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    }
-    static int argc = 1;
-    static char name[] = "meshwright-cli";
-    static char* argv[] = {name, nullptr};
-    return std::make_unique<QGuiApplication>(argc, argv);
-}
-
 }  // namespace
 
 int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -136,20 +120,14 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
         err << error << "\n";
         return kExitCantCreate;
     }
-    const std::vector<std::uint32_t> missing = MakeMissingTexture(1);
-    LoadedTextures loaded;
     GameData data;
     const bool gameData = NamesGameData(settings);
     if (gameData) {
         data.Hog.ReadHOGs(settings, nullptr);
         data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);
-        view.MakeCurrent();
-        LoadModelTextures(model, o.model, data, settings, missing, view.renderer(), loaded);
-        view.Load(model, &loaded, missing);
-    } else {
-        view.Load(model, nullptr, missing);
     }
-    view.LoadGlow(gameData ? &data : nullptr, settings);
+    LoadedTextures loaded =
+        PrepareModel(view, model, o.model, gameData ? &data : nullptr, settings);
     if (!settings.BackgroundImage.empty()) {
         if (const auto picture = LoadBackgroundPicture(settings.BackgroundImage)) {
             view.MakeCurrent();

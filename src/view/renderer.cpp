@@ -171,7 +171,7 @@ void Renderer::RenderFrame(const ModelData& model, const FrameInput& in) {
         DrawModel(model, in);
         glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     }
-    DrawAxisOverlay(in);
+    if (in.display.ShowAxisOverlay) DrawAxisOverlay(in);
     glFlush();
 }
 

@@ -50,6 +50,8 @@ struct DisplaySettings {
     bool Facing = true;
     bool Glow = true;
     bool ShowBackground = true;
+    // The small axis tripod in the corner (pictures of a model alone leave it out).
+    bool ShowAxisOverlay = true;
 
     // Taken from the settings file's options.
     static DisplaySettings From(const Settings& s);

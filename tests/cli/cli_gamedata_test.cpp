@@ -93,6 +93,8 @@ TEST(CliContract, EveryCommandHasHelpAndRefusesUnknownOptions) {
                                                             {"edit", kSample, "out.oof"},
                                                             {"convert", kSample, "out.orf"},
                                                             {"render", kSample, "--png", "out.png"},
+                                                            {"thumbnail", kSample, "out.png"},
+                                                            {"sheet", kArchive, "--png", "out.png"},
                                                             {"textures", kSample},
                                                             {"hog", "list", kArchive},
                                                             {"image", kArchive},
