@@ -6,6 +6,7 @@
 #include "convert/orf_reader.h"
 #include "gamedata/file_names.h"
 #include "gamedata/ini_file.h"
+#include "gamedata/install_paths.h"
 #include "gamedata/settings.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
@@ -112,6 +113,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     const std::vector<std::string> rest(args.begin() + 1, args.end());
     if (command == "--help" || command == "-h" || command == "help") {
         out << kUsage;
+        const auto manual = FindProgramFile(ProgramDir(), kManualIndex);
+        if (!manual.empty()) out << "The manual: " << manual.string() << "\n";
         return 0;
     }
     if (command == "--version") {

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/cli.h"
+#include "gamedata/install_paths.h"
 #include "gamedata/settings.h"
 
 namespace mw {
@@ -27,9 +28,7 @@ int ResolveGameDataOrEditorSettings(const GameDataOptions& options, Settings& se
                       !options.mission && !options.ogfPath;
     if (none) {
         std::error_code ec;
-        const auto program = std::filesystem::read_symlink("/proc/self/exe", ec);
-        const auto file = SettingsFilePath(ec ? std::filesystem::current_path(ec)
-                                              : program.parent_path());
+        const auto file = SettingsFilePath(ProgramDir());
         if (std::filesystem::exists(file, ec)) {
             GameDataOptions editor;
             editor.settingsFile = file.string();

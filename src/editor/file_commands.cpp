@@ -8,6 +8,7 @@
 #include "editor/prompts.h"
 #include "editor/recent_files.h"
 #include "gamedata/file_names.h"
+#include "gamedata/install_paths.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_writer.h"
@@ -91,8 +92,12 @@ bool FileCommands::OpenChosen(const QString& path, bool addRecent, bool askToSav
 }
 
 bool FileCommands::Open() {
-    const QString chosen =
-        prompts_.OpenFileName(window_, "Open Model/Room File", kOpenFilter, doc_.ModelPath());
+    // Before any model is open, the dialog starts at the installed sample.
+    QString initial = doc_.ModelPath();
+    if (initial.isEmpty()) {
+        initial = QString::fromStdString(FindProgramFile(ProgramDir(), kSampleModel).string());
+    }
+    const QString chosen = prompts_.OpenFileName(window_, "Open Model/Room File", kOpenFilter, initial);
     if (chosen.isEmpty()) return false;
     return OpenChosen(chosen, true);
 }

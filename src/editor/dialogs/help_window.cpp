@@ -8,19 +8,17 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "gamedata/install_paths.h"
+
 namespace mw {
 
 QString FindHelpIndex(const QString& programDir) {
-    const QDir dir(programDir);
-    for (const QString& candidate :
-         {dir.filePath(kHelpIndex), dir.filePath(QString("../share/meshwright/") + kHelpIndex)}) {
-        if (QFileInfo(candidate).isFile()) return QFileInfo(candidate).absoluteFilePath();
-    }
-    return {};
+    return QString::fromStdString(
+        FindProgramFile(programDir.toStdString(), kManualIndex).string());
 }
 
 QString MissingHelpMessage() {
-    return QString("Could not find '") + kHelpIndex + "'. Make sure this file\n" +
+    return QString("Could not find '") + kManualIndex + "'. Make sure this file\n" +
            "is in Meshwrights directory and has the name above.";
 }
 

@@ -8,7 +8,6 @@ class QTextBrowser;
 
 namespace mw {
 
-inline constexpr const char* kHelpIndex = "help/index.html";
 
 // The manual's first page beside the program (a build or a portable install) or in the
 // installed share folder; empty when there is none.
