@@ -58,8 +58,7 @@ BENCHMARK(BM_RenderOneModel)->Unit(benchmark::kMillisecond);
 void BM_SheetOf50Models(benchmark::State& state) {
     const std::string png = (fs::temp_directory_path() / "mw_bench_sheet.png").string();
     for (auto _ : state) {
-        if (Run({"sheet", Folder().string(), "--png", png, "--size", "160", "--d3hog", kHog}) !=
-            0)
+        if (Run({"sheet", Folder().string(), "--png", png, "--size", "160", "--d3hog", kHog}) != 0)
             state.SkipWithError("sheet failed");
     }
     state.counters["models"] = 50;

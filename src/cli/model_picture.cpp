@@ -81,9 +81,9 @@ QImage FitIntoSquare(const QImage& picture, int size) {
     const QSize fitted = visible.size().scaled(room, room, Qt::KeepAspectRatio);
     QPainter painter(&out);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRect(QPoint((size - fitted.width()) / 2, (size - fitted.height()) / 2),
-                            fitted),
-                      picture, visible);
+    painter.drawImage(
+        QRect(QPoint((size - fitted.width()) / 2, (size - fitted.height()) / 2), fitted), picture,
+        visible);
     return out;
 }
 

@@ -97,7 +97,8 @@ bool FileCommands::Open() {
     if (initial.isEmpty()) {
         initial = QString::fromStdString(FindProgramFile(ProgramDir(), kSampleModel).string());
     }
-    const QString chosen = prompts_.OpenFileName(window_, "Open Model/Room File", kOpenFilter, initial);
+    const QString chosen =
+        prompts_.OpenFileName(window_, "Open Model/Room File", kOpenFilter, initial);
     if (chosen.isEmpty()) return false;
     return OpenChosen(chosen, true);
 }

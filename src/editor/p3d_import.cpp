@@ -28,11 +28,10 @@ class ImportWatch : public CompilerWatch {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         if (seconds < nextAsk_) return true;
         QApplication::setOverrideCursor(Qt::ArrowCursor);
-        const auto answer = prompts_.Ask(
-            window_,
-            QString("POFGEN has been running for %1 minutes. Stop it?")
-                .arg(static_cast<int>(seconds / 60.0 + 0.5)),
-            QMessageBox::Yes | QMessageBox::No, PromptIcon::Question);
+        const auto answer = prompts_.Ask(window_,
+                                         QString("POFGEN has been running for %1 minutes. Stop it?")
+                                             .arg(static_cast<int>(seconds / 60.0 + 0.5)),
+                                         QMessageBox::Yes | QMessageBox::No, PromptIcon::Question);
         QApplication::restoreOverrideCursor();
         nextAsk_ = seconds + askAfter_;
         return answer != QMessageBox::Yes;

@@ -11,7 +11,7 @@ namespace mw {
 
 struct AutofindPlaces {
     std::filesystem::path home;
-    std::filesystem::path winePrefix;                 // $WINEPREFIX; empty when not set
+    std::filesystem::path winePrefix;                  // $WINEPREFIX; empty when not set
     std::vector<std::filesystem::path> systemFolders;  // /opt, /usr/local/games, ...
 
     // The places of this machine, from $HOME and $WINEPREFIX.

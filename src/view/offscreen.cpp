@@ -121,7 +121,8 @@ void OffscreenView::Load(const ModelData& model, const LoadedTextures* loaded,
 
 QImage OffscreenView::Render(const ModelData& model, const FrameInput& in) {
     MakeCurrent();
-    renderer_.ResizeViewport(width_, height_, ProjectionPlanes(in.camera.Zoom, model.Header.Radius));
+    renderer_.ResizeViewport(width_, height_,
+                             ProjectionPlanes(in.camera.Zoom, model.Header.Radius));
     renderer_.RenderFrame(model, in);
     return Read().convertToFormat(QImage::Format_RGB32);
 }

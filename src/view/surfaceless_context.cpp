@@ -79,10 +79,18 @@ bool SurfacelessContext::Create(int width, int height, std::string& error) {
     if (!eglInitialize(display, &major, &minor)) return false;
     display_ = display;
     if (!eglBindAPI(EGL_OPENGL_API)) return false;
-    const EGLint configAttributes[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
-                                       EGL_OPENGL_BIT,   EGL_RED_SIZE,     8,
-                                       EGL_GREEN_SIZE,   8,                EGL_BLUE_SIZE,
-                                       8,                EGL_DEPTH_SIZE,   16,
+    const EGLint configAttributes[] = {EGL_SURFACE_TYPE,
+                                       EGL_PBUFFER_BIT,
+                                       EGL_RENDERABLE_TYPE,
+                                       EGL_OPENGL_BIT,
+                                       EGL_RED_SIZE,
+                                       8,
+                                       EGL_GREEN_SIZE,
+                                       8,
+                                       EGL_BLUE_SIZE,
+                                       8,
+                                       EGL_DEPTH_SIZE,
+                                       16,
                                        EGL_NONE};
     EGLConfig config = nullptr;
     EGLint count = 0;

@@ -46,8 +46,7 @@ TEST(ThumbnailTest, SquareTransparentFittedAndCentred) {
 
     // Without game-data options the editor's settings file names the game data.
     const QImage placeholder = [&] {
-        EXPECT_EQ(Cli({"thumbnail", kSample, (dir / "plain.png").string(), "--size", "96"})
-                      .status,
+        EXPECT_EQ(Cli({"thumbnail", kSample, (dir / "plain.png").string(), "--size", "96"}).status,
                   0);
         return QImage(QString::fromStdString((dir / "plain.png").string()));
     }();

@@ -42,9 +42,9 @@ TEST(PofgenSwitchesTest, OptionsAreBroughtIntoRange) {
     EXPECT_EQ(s.PofChunkSplits[0], 0);
 
     Settings odd;
-    odd.PofScale = -3.0f;       // becomes the smallest scale: no switch
+    odd.PofScale = -3.0f;        // becomes the smallest scale: no switch
     odd.PofErrorFactor = -1.0f;  // becomes 0
-    odd.PofShadingMode = 7;     // becomes 2
+    odd.PofShadingMode = 7;      // becomes 2
     BuildPofgenSwitches(odd);
     EXPECT_EQ(odd.PofgenSwitches, "-d2 ");
     EXPECT_FLOAT_EQ(odd.PofScale, 0.0254f);

@@ -41,7 +41,9 @@ class P3DImportTest : public ::testing::Test {
         settings_.PofCapitalShips = true;
         BuildPofgenSwitches(settings_);
         // winepath -w /a/b prints Z:\a\b
-        WriteScript(bin_ / "winepath", "[ \"$1\" = -w ] && printf 'Z:%s\\n' \"$(printf '%s' \"$2\" | tr / '\\\\')\"\n");
+        WriteScript(
+            bin_ / "winepath",
+            "[ \"$1\" = -w ] && printf 'Z:%s\\n' \"$(printf '%s' \"$2\" | tr / '\\\\')\"\n");
         qputenv("PATH", QByteArray::fromStdString(bin_.string()) + ":" + oldPath_);
     }
     ~P3DImportTest() override { qputenv("PATH", oldPath_); }
@@ -64,9 +66,10 @@ class P3DImportTest : public ::testing::Test {
 
 TEST_F(P3DImportTest, ACompiledModelIsOpenedAndItsOutputShown) {
     // The compiler writes the model in its own capitals, as compilers under wine do.
-    StandInWine("echo \"compiler: $1\"\nshift\nprintf 'switches and file: %s\\n' \"$*\"\n"
-                "printf 'Processing hull...\\r\\nDone.\\r\\n'\ncp '" +
-                std::string(kShip) + "' '" + (dir_ / "Ship.oof").string() + "'\n");
+    StandInWine(
+        "echo \"compiler: $1\"\nshift\nprintf 'switches and file: %s\\n' \"$*\"\n"
+        "printf 'Processing hull...\\r\\nDone.\\r\\n'\ncp '" +
+        std::string(kShip) + "' '" + (dir_ / "Ship.oof").string() + "'\n");
     prompts_.fileNames.push_back(QString::fromStdString(p3d_.string()));
     ASSERT_TRUE(import_.Import());
     EXPECT_EQ(prompts_.titles.value(0), "Import P3D file");
@@ -83,7 +86,8 @@ TEST_F(P3DImportTest, ACompiledModelIsOpenedAndItsOutputShown) {
     const QString output = import_.outputWindow()->output();
     EXPECT_TRUE(output.contains("compiler: " + QString::fromStdString(settings_.POFGENPath)));
     const QString windowsP3d = "Z:" + QString::fromStdString(p3d_.string()).replace('/', '\\');
-    EXPECT_TRUE(output.contains("switches and file: -s0.5 -b " + windowsP3d)) << output.toStdString();
+    EXPECT_TRUE(output.contains("switches and file: -s0.5 -b " + windowsP3d))
+        << output.toStdString();
     EXPECT_TRUE(output.contains("Processing hull...\nDone.\n"));
 }
 

@@ -124,11 +124,11 @@ TEST_F(PreferencesTest, NumberFieldsAreCorrectedWhenLeft) {
     EXPECT_EQ(Field("txtScaleFactor")->text(), "1.50000000");
     TypeAndLeave("txtErrorTolerance", "-1");
     EXPECT_EQ(Field("txtErrorTolerance")->text(), "0.00000000");
-    EXPECT_EQ(Messages(), (QStringList{"Error: Chunk Splits <= 1 Illegal!",
-                                       "Error: Chunk Splits > 255 Illegal!",
-                                       "Error: Scale Factor <= 0 Illegal!",
-                                       "Error: Scale Factor > 65535.0000 Illegal!",
-                                       "Error: Tolerance < 0 Illegal!"}));
+    EXPECT_EQ(Messages(),
+              (QStringList{
+                  "Error: Chunk Splits <= 1 Illegal!", "Error: Chunk Splits > 255 Illegal!",
+                  "Error: Scale Factor <= 0 Illegal!", "Error: Scale Factor > 65535.0000 Illegal!",
+                  "Error: Tolerance < 0 Illegal!"}));
     for (const auto& m : prompts_.messages)
         EXPECT_EQ(m.icon, PromptIcon::None);
 }

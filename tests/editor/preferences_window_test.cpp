@@ -63,7 +63,7 @@ TEST_F(PreferencesWindowTest, NewGameDataPathsAreReadAndTexturesReloadedOnYes) {
     Action("mnuFilePreferences")->trigger();
     EXPECT_EQ(prompts_.questions, QStringList{"Reload Model Textures?"});
     EXPECT_EQ(window_->actions().hogList().count(), 0);  // the archive is gone from the list
-    EXPECT_EQ(reloaded.count(), 0);                       // No
+    EXPECT_EQ(reloaded.count(), 0);                      // No
 
     AnswerWith({{"txtD3Path", MW_SOURCE_DIR "/samples/gamedata/d3.hog"}});
     Action("mnuFilePreferences")->trigger();

@@ -33,7 +33,8 @@ TEST_F(AutofindTest, SteamLibraryListedInLibraryFolders) {
     const fs::path library = dir_ / "mnt" / "SteamLibrary";
     fs::create_directories(home_ / ".local/share/Steam/steamapps");
     std::ofstream(home_ / ".local/share/Steam/steamapps/libraryfolders.vdf")
-        << "\"libraryfolders\"\n{\n\t\"0\"\n\t{\n\t\t\"path\"\t\t\"" << (home_ / ".local/share/Steam").string()
+        << "\"libraryfolders\"\n{\n\t\"0\"\n\t{\n\t\t\"path\"\t\t\""
+        << (home_ / ".local/share/Steam").string()
         << "\"\n\t\t\"apps\" { \"228980\" \"1\" }\n\t}\n\t\"1\"\n\t{\n\t\t\"path\"\t\t\""
         << library.string() << "\"\n\t}\n}\n";
     const fs::path game = library / "steamapps/common/Descent 3";

@@ -13,8 +13,7 @@
 namespace mw {
 
 QString FindHelpIndex(const QString& programDir) {
-    return QString::fromStdString(
-        FindProgramFile(programDir.toStdString(), kManualIndex).string());
+    return QString::fromStdString(FindProgramFile(programDir.toStdString(), kManualIndex).string());
 }
 
 QString MissingHelpMessage() {

@@ -8,7 +8,6 @@ class QTextBrowser;
 
 namespace mw {
 
-
 // The manual's first page beside the program (a build or a portable install) or in the
 // installed share folder; empty when there is none.
 QString FindHelpIndex(const QString& programDir);

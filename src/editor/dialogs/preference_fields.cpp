@@ -58,8 +58,9 @@ QString ExistingFile(const QString& path, std::initializer_list<const char*> par
 QString ExistingFolder(const QString& path) {
     const QString p = path.trimmed();
     if (p.isEmpty()) return {};
-    return QFileInfo(QString::fromStdString(NormalizeSeparators(p.toStdString()))).isDir() ? p
-                                                                                           : QString();
+    return QFileInfo(QString::fromStdString(NormalizeSeparators(p.toStdString()))).isDir()
+               ? p
+               : QString();
 }
 
 QString ExistingCompiler(const QString& path) {

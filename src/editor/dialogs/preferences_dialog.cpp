@@ -27,14 +27,16 @@ QString Text(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-const char* const kFlagNames[7] = {"chkSubObjSepPlanes", "chkUseFirstSepPlane",
-                                   "chkConflictSplitRatio", "chkUseLocalSepPlanes",
-                                   "chkCombineObjects", "chkAnimation", "chkCapitalShips"};
-const char* const kFlagCaptions[7] = {
-    "Show Separation Planes (Debug)", "Use First Separation Plane (Debug)",
-    "Minimize Conflict/Split Ratio",  "Use Local Separation Planes",
-    "Combine Objects",                "Animation Output",
-    "Capital Ships"};
+const char* const kFlagNames[7] = {
+    "chkSubObjSepPlanes", "chkUseFirstSepPlane", "chkConflictSplitRatio", "chkUseLocalSepPlanes",
+    "chkCombineObjects",  "chkAnimation",        "chkCapitalShips"};
+const char* const kFlagCaptions[7] = {"Show Separation Planes (Debug)",
+                                      "Use First Separation Plane (Debug)",
+                                      "Minimize Conflict/Split Ratio",
+                                      "Use Local Separation Planes",
+                                      "Combine Objects",
+                                      "Animation Output",
+                                      "Capital Ships"};
 
 struct BrowseSpec {
     const char* title;
@@ -220,8 +222,8 @@ QWidget* frmPreferences::BuildRoomOptions() {
     chkOutputSpecial_ = new QCheckBox("Output Special Points as Faces", group);
     chkOutputSpecial_->setObjectName("chkOutputSpecial");
     grid->addWidget(chkOutputSpecial_, 0, 1, 1, 2);
-    txtSpecialFaceSize_ = MakeSpinner(group, "txtSpecialFaceSize", "Special Points Face Size",
-                                      0.1f, 100.0f, "##0.0", 0.1f, 2.0f);
+    txtSpecialFaceSize_ = MakeSpinner(group, "txtSpecialFaceSize", "Special Points Face Size", 0.1f,
+                                      100.0f, "##0.0", 0.1f, 2.0f);
     auto* label = new QLabel("Special Points Face Size:", group);
     label->setBuddy(txtSpecialFaceSize_);
     grid->addWidget(label, 1, 1);
@@ -257,7 +259,8 @@ void frmPreferences::WatchForChanges() {
         connect(field, &QLineEdit::textChanged, this, &frmPreferences::EnableOK);
     }
     for (QAbstractButton* b : findChildren<QAbstractButton*>()) {
-        if (b->isCheckable()) connect(b, &QAbstractButton::clicked, this, &frmPreferences::EnableOK);
+        if (b->isCheckable())
+            connect(b, &QAbstractButton::clicked, this, &frmPreferences::EnableOK);
     }
     connect(txtSpecialFaceSize_, &spinControl::Change, this, &frmPreferences::EnableOK);
 }
@@ -314,8 +317,7 @@ void frmPreferences::Autofind() {
 }
 
 void frmPreferences::ClearAllPaths() {
-    for (QLineEdit* f :
-         {txtD3Path_, txtMN3GAMPath_, txtOGFPath_, txtPathPofgen_, txtBackground_}) {
+    for (QLineEdit* f : {txtD3Path_, txtMN3GAMPath_, txtOGFPath_, txtPathPofgen_, txtBackground_}) {
         f->clear();
     }
     EnableOK();
