@@ -38,6 +38,18 @@ int ResolveGameDataOrEditorSettings(const GameDataOptions& options, Settings& se
     return ResolveGameData(options, settings, err);
 }
 
+bool DrawingSession::Start(int width, int height, Settings& settings, std::ostream& err) {
+    app = MakeGuiApplication();
+    std::string error;
+    if (!view.Create(width, height, error)) {
+        err << error << "\n";
+        return false;
+    }
+    gameData = NamesGameData(settings);
+    if (gameData) ReadGameData(settings, data, err);
+    return true;
+}
+
 LoadedTextures PrepareModel(OffscreenView& view, ModelData& model, const std::string& path,
                             GameData* data, const Settings& settings) {
     static const std::vector<std::uint32_t> missing = MakeMissingTexture(1);

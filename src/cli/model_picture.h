@@ -23,6 +23,20 @@ std::unique_ptr<QGuiApplication> MakeGuiApplication();
 int ResolveGameDataOrEditorSettings(const GameDataOptions& options, Settings& settings,
                                     std::ostream& err);
 
+// What a drawing command works with: the GUI application, the offscreen view and the game
+// data the settings name.
+struct DrawingSession {
+    std::unique_ptr<QGuiApplication> app;
+    OffscreenView view;
+    GameData data;
+    bool gameData = false;
+
+    // Makes the view (width x height) and reads the game data; false with the error reported
+    // on `err`.
+    bool Start(int width, int height, Settings& settings, std::ostream& err);
+    GameData* gameDataOrNull() { return gameData ? &data : nullptr; }
+};
+
 // Uploads the model's textures (through the game data when `data` is given, else the
 // placeholder), compiles its lists and loads the glow texture.
 LoadedTextures PrepareModel(OffscreenView& view, ModelData& model, const std::string& path,

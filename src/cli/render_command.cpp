@@ -113,21 +113,10 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
     Settings settings;
     if (const int status = ResolveGameData(o.gameData, settings, err)) return status;
 
-    const auto app = MakeGuiApplication();
-    OffscreenView view;
-    std::string error;
-    if (!view.Create(o.width, o.height, error)) {
-        err << error << "\n";
-        return kExitCantCreate;
-    }
-    GameData data;
-    const bool gameData = NamesGameData(settings);
-    if (gameData) {
-        data.Hog.ReadHOGs(settings, nullptr);
-        data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);
-    }
-    LoadedTextures loaded =
-        PrepareModel(view, model, o.model, gameData ? &data : nullptr, settings);
+    DrawingSession session;
+    if (!session.Start(o.width, o.height, settings, err)) return kExitCantCreate;
+    OffscreenView& view = session.view;
+    LoadedTextures loaded = PrepareModel(view, model, o.model, session.gameDataOrNull(), settings);
     if (!settings.BackgroundImage.empty()) {
         if (const auto picture = LoadBackgroundPicture(settings.BackgroundImage)) {
             view.MakeCurrent();

@@ -166,9 +166,9 @@ int SheetCommand(const std::vector<std::string>& args, std::ostream& out, std::o
         }
         DeriveArchivePaths(settings);
     }
-    GameData data;
-    ReadGameData(settings, data, err);
-    const GameNameTable names = GameNameTable::WithGam(data.Gam);
+    DrawingSession session;
+    if (!session.Start(2 * size, 2 * size, settings, err)) return kExitCantCreate;
+    const GameNameTable names = GameNameTable::WithGam(session.data.Gam);
 
     int status = 0;
     const std::vector<SheetItem> items =
@@ -179,13 +179,6 @@ int SheetCommand(const std::vector<std::string>& args, std::ostream& out, std::o
         return kExitNoInput;
     }
 
-    const auto app = MakeGuiApplication();
-    OffscreenView view;
-    std::string error;
-    if (!view.Create(2 * size, 2 * size, error)) {
-        err << error << "\n";
-        return kExitCantCreate;
-    }
     const int count = static_cast<int>(items.size());
     const int cols = std::min(columns, count);
     const int rows = (count + cols - 1) / cols;
@@ -211,9 +204,9 @@ int SheetCommand(const std::vector<std::string>& args, std::ostream& out, std::o
             continue;
         }
         const std::string path = folder ? (fs::path(source) / item.name).string() : item.name;
-        PrepareModel(view, model, path, &data, settings);
+        PrepareModel(session.view, model, path, session.gameDataOrNull(), settings);
         const QImage picture =
-            FitIntoSquare(view.RenderTransparent(model, ModelOnlyFrame(model)), size);
+            FitIntoSquare(session.view.RenderTransparent(model, ModelOnlyFrame(model)), size);
         PaintCell(painter, where, &picture, QString::fromStdString(item.name), {});
     }
     progress.Report(100, "");

@@ -44,23 +44,12 @@ int ThumbnailCommand(const std::vector<std::string>& args, std::ostream& out, st
     Settings settings;
     if (const int status = ResolveGameDataOrEditorSettings(options, settings, err)) return status;
 
-    const auto app = MakeGuiApplication();
     // Drawn at twice the size and scaled down: smoother edges.
-    OffscreenView view;
-    std::string error;
-    if (!view.Create(2 * size, 2 * size, error)) {
-        err << error << "\n";
-        return kExitCantCreate;
-    }
-    GameData data;
-    const bool gameData = NamesGameData(settings);
-    if (gameData) {
-        data.Hog.ReadHOGs(settings, nullptr);
-        data.Gam.ReadGAMs(data.Hog, settings, nullptr, nullptr);
-    }
-    PrepareModel(view, model, files[0], gameData ? &data : nullptr, settings);
+    DrawingSession session;
+    if (!session.Start(2 * size, 2 * size, settings, err)) return kExitCantCreate;
+    PrepareModel(session.view, model, files[0], session.gameDataOrNull(), settings);
     const QImage picture =
-        FitIntoSquare(view.RenderTransparent(model, ModelOnlyFrame(model)), size);
+        FitIntoSquare(session.view.RenderTransparent(model, ModelOnlyFrame(model)), size);
     if (!picture.save(QString::fromStdString(files[1]), "PNG")) {
         err << "Error writing " << files[1] << "\n";
         return kExitCantCreate;

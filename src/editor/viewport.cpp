@@ -140,14 +140,18 @@ void Viewport::ReloadBackground() {
     update();
 }
 
-void Viewport::ReloadModelTextures() {
-    if (!glReady_) return;
+void Viewport::UploadModelTextures() {
     ModelData& model = doc_.model();
     makeCurrent();
     LoadModelTextures(model, doc_.ModelPath().toStdString(), game_, settings_, missing_, renderer_,
                       textures_);
     renderer_.BuildSubObjectLists(model, textures_.Slots);
     doneCurrent();
+}
+
+void Viewport::ReloadModelTextures() {
+    if (!glReady_) return;
+    UploadModelTextures();
     LoadGlowTexture();
     emit texturesLoaded();
     update();
@@ -156,12 +160,8 @@ void Viewport::ReloadModelTextures() {
 // The GL half of a load: textures, display lists, camera.
 void Viewport::LoadModelGL() {
     pendingLoad_ = false;
-    ModelData& model = doc_.model();
-    makeCurrent();
-    LoadModelTextures(model, doc_.ModelPath().toStdString(), game_, settings_, missing_, renderer_,
-                      textures_);
-    renderer_.BuildSubObjectLists(model, textures_.Slots);
-    doneCurrent();
+    UploadModelTextures();
+    const ModelData& model = doc_.model();
     viewAngles_.assign(model.SubObjects.size(), 0.0f);
     FitView();
     emit texturesLoaded();

@@ -83,6 +83,8 @@ class Viewport : public QOpenGLWidget {
   private:
     void connectSignals();
     void LoadModelGL();
+    // Resolves and uploads the model's textures and compiles its lists.
+    void UploadModelTextures();
     void RebuildLists(const std::vector<int>& records);
     void FollowRadius();
     FrameInput Input() const;
