@@ -4,13 +4,11 @@
 #include <QMessageBox>
 #include <filesystem>
 
+#include "app/logo.h"
 #include "convert/pofgen.h"
 #include "editor/dialogs/preferences_dialog.h"
-#include "gamedata/file_names.h"
-
-#include "app/logo.h"
-#include "editor/actions.h"
 #include "editor/viewport.h"
+#include "gamedata/file_names.h"
 #include "view/offscreen.h"
 
 namespace mw {

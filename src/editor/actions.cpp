@@ -9,6 +9,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "convert/pofgen.h"
 #include "editor/dialogs/scale_dialog.h"
 #include "editor/document.h"
 #include "editor/edit_commands.h"
@@ -32,9 +33,7 @@ const Qt::Key kPointKeys[4] = {Qt::Key_A, Qt::Key_N, Qt::Key_R, Qt::Key_G};
 
 // Import P3D is offered when a model compiler is set and exists.
 bool CompilerConfigured(const Settings& settings) {
-    const std::string& path = settings.POFGENPath;
-    return (ContainsIgnoringCase(path, "bspgen.exe") || ContainsIgnoringCase(path, "pofgen.exe")) &&
-           FindFileIgnoringCase(path).has_value();
+    return NamesCompiler(settings.POFGENPath) && FindFileIgnoringCase(settings.POFGENPath);
 }
 
 }  // namespace
