@@ -99,6 +99,20 @@ frmPreferences::frmPreferences(Settings& settings, Prompts& prompts, QWidget* pa
     okEnabled(false);
 }
 
+frmPreferences::~frmPreferences() {
+    StopCheckingFields();
+}
+
+void frmPreferences::StopCheckingFields() {
+    for (QLineEdit* field : findChildren<QLineEdit*>())
+        disconnect(field, &QLineEdit::editingFinished, this, nullptr);
+}
+
+void frmPreferences::done(int result) {
+    StopCheckingFields();
+    QDialog::done(result);
+}
+
 QWidget* frmPreferences::BuildPaths() {
     auto* group = new QGroupBox("General Path Settings", this);
     group->setObjectName("fraPaths");

@@ -25,6 +25,7 @@ class frmPreferences : public QDialog {
     Q_OBJECT
   public:
     frmPreferences(Settings& settings, Prompts& prompts, QWidget* parent = nullptr);
+    ~frmPreferences() override;
 
     // What OK changed, for the Preferences command.
     bool PathsChanged() const { return pathsChanged_; }
@@ -46,6 +47,7 @@ class frmPreferences : public QDialog {
 
   protected:
     void accept() override;
+    void done(int result) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -53,6 +55,8 @@ class frmPreferences : public QDialog {
     QWidget* BuildCompilerOptions();
     QWidget* BuildRoomOptions();
     void ShowSettings();
+    // Closing takes the focus from a field; that is no leaving to check.
+    void StopCheckingFields();
     void WatchForChanges();
     // The rule for a field the user has just left.
     void LeaveField(QLineEdit* field);
