@@ -6,9 +6,9 @@
 
 #include "app/logo.h"
 #include "convert/pofgen.h"
+#include "editor/dialogs/preference_fields.h"
 #include "editor/dialogs/preferences_dialog.h"
 #include "editor/viewport.h"
-#include "gamedata/file_names.h"
 #include "view/offscreen.h"
 
 namespace mw {
@@ -44,8 +44,7 @@ bool Application::Start() {
         return false;
     }
     // Without the game's main archive the user is asked for the paths first.
-    if (!ContainsIgnoringCase(settings_.D3HogPath, "d3.hog") ||
-        !FindFileIgnoringCase(settings_.D3HogPath)) {
+    if (ExistingD3Hog(QString::fromStdString(settings_.D3HogPath)).isEmpty()) {
         frmPreferences preferences(settings_, window_->prompts(), window_.get());
         preferences.exec();
         window_->repaint();

@@ -66,11 +66,8 @@ int ExtractHogEntry(const std::string& archive, const std::string& entry,
         if (!EqualsIgnoringCase(LowerCase1252(e.Name), LowerCase1252(Cp1252FromUtf8(entry)))) {
             continue;
         }
-        clsHOG single;
-        single.Slots[1] = {archive, true, 0, -1, 0, -1};
-        ArchiveReader reader(single);
-        auto data = reader.Read(1, e.Offset, e.Length);
-        if (!data || data->size() != e.Length) {
+        auto data = ReadArchiveEntry(archive, e);
+        if (!data) {
             err << "The archive ends inside " << entry << "\n";
             return kExitNoInput;
         }

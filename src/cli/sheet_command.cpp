@@ -89,12 +89,8 @@ std::vector<SheetItem> ArchiveItems(const std::string& archive, const GameNameTa
     for (const HogDirectoryEntry& e : entries) {
         if (std::string_view(HogEntryKind(e.Name)) != "model") continue;
         items.push_back({Utf8From1252(e.Name), [archive, e, &names](ModelData& model) {
-                             clsHOG single;
-                             single.Slots[1] = {archive, true, 0, -1, 0, -1};
-                             ArchiveReader reader(single);
-                             const auto bytes = reader.Read(1, e.Offset, e.Length);
-                             if (!bytes || bytes->size() != e.Length)
-                                 return std::string("The archive ends inside this model");
+                             const auto bytes = ReadArchiveEntry(archive, e);
+                             if (!bytes) return std::string("The archive ends inside this model");
                              return ReadBytes(model, *bytes, false, names);
                          }});
     }

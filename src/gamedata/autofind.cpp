@@ -176,9 +176,10 @@ std::vector<fs::path> GameFolderCandidates(const AutofindPlaces& places) {
     // Last, the home folder standing for a drive's root: a "Descent3" in it or one level down.
     if (!home.empty()) {
         std::optional<fs::path> fallback = ChildIgnoringCase(home, {"Descent3"}, true);
-        for (const fs::path& sub : fallback ? std::vector<fs::path>{} : Subfolders(home)) {
-            fallback = ChildIgnoringCase(sub, {"Descent3"}, true);
-            if (fallback) break;
+        if (!fallback) {
+            for (const fs::path& sub : Subfolders(home)) {
+                if ((fallback = ChildIgnoringCase(sub, {"Descent3"}, true))) break;
+            }
         }
         add(fallback);
     }

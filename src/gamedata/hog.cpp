@@ -258,4 +258,14 @@ std::optional<std::vector<std::uint8_t>> ArchiveReader::Read(int slot, std::uint
     return bytes;
 }
 
+std::optional<std::vector<std::uint8_t>> ReadArchiveEntry(const std::string& archive,
+                                                          const HogDirectoryEntry& entry) {
+    clsHOG single;
+    single.Slots[1] = {archive, true, 0, -1, 0, -1};
+    ArchiveReader reader(single);
+    auto bytes = reader.Read(1, entry.Offset, entry.Length);
+    if (!bytes || bytes->size() != entry.Length) return std::nullopt;
+    return bytes;
+}
+
 }  // namespace mw

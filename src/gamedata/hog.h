@@ -124,4 +124,9 @@ class ArchiveReader {
     std::array<std::uint64_t, 4> sizes_{};
 };
 
+// The whole of one directory entry of the archive file at `archive`; nullopt when the file
+// cannot be opened or ends inside the entry.
+std::optional<std::vector<std::uint8_t>> ReadArchiveEntry(const std::string& archive,
+                                                          const HogDirectoryEntry& entry);
+
 }  // namespace mw

@@ -43,6 +43,7 @@ bool OffscreenView::Create(int width, int height, std::string& error, OffscreenC
         if (display && CreateQt(width, height, error)) {
             kind_ = OffscreenContext::Qt;
         } else {
+            fbo_.reset();
             context_.reset();
             surface_.reset();
             kind = OffscreenContext::Surfaceless;

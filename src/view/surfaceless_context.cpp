@@ -56,6 +56,8 @@ EGLDisplay SurfacelessDisplay() {
 
 }  // namespace
 
+SurfacelessContext::SurfacelessContext() = default;
+
 SurfacelessContext::~SurfacelessContext() {
     if (context_ != nullptr) {
         MakeCurrent();
@@ -66,7 +68,6 @@ SurfacelessContext::~SurfacelessContext() {
         eglDestroyContext(display_, context_);
     }
     if (display_ != nullptr) eglTerminate(display_);
-    delete gl_;
 }
 
 bool SurfacelessContext::Create(int width, int height, std::string& error) {
@@ -109,10 +110,9 @@ bool SurfacelessContext::Create(int width, int height, std::string& error) {
         error = "Failure activating rendering context!";
         return false;
     }
-    auto* functions = new Functions;
-    gl_ = functions;
+    gl_ = std::make_unique<Functions>();
     error = "Failure setting pixel format!";
-    if (!functions->Load()) return false;
+    if (!gl_->Load()) return false;
     gl_->genFramebuffers(1, &fbo_);
     gl_->bindFramebuffer(GL_FRAMEBUFFER, fbo_);
     GLuint buffers[2] = {0, 0};

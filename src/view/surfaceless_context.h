@@ -4,13 +4,14 @@
 // thumbnailers).
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace mw {
 
 class SurfacelessContext {
   public:
-    SurfacelessContext() = default;
+    SurfacelessContext();
     ~SurfacelessContext();
     SurfacelessContext(const SurfacelessContext&) = delete;
     SurfacelessContext& operator=(const SurfacelessContext&) = delete;
@@ -29,7 +30,7 @@ class SurfacelessContext {
     void* context_ = nullptr;
     unsigned fbo_ = 0, color_ = 0, depth_ = 0;
     int width_ = 0, height_ = 0;
-    const Functions* gl_ = nullptr;
+    std::unique_ptr<Functions> gl_;
 };
 
 }  // namespace mw

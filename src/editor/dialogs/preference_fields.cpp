@@ -55,6 +55,18 @@ QString ExistingFile(const QString& path, std::initializer_list<const char*> par
     return path.trimmed();
 }
 
+QString ExistingD3Hog(const QString& path) {
+    return ExistingFile(path, {"d3.hog"});
+}
+
+QString ExistingMission(const QString& path) {
+    return ExistingFile(path, {".gam", ".mn3", ".hog"});
+}
+
+QString ExistingPicture(const QString& path) {
+    return ExistingFile(path, {"."});
+}
+
 QString ExistingFolder(const QString& path) {
     const QString p = path.trimmed();
     if (p.isEmpty()) return {};

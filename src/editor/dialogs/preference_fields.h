@@ -22,6 +22,11 @@ QString EightDecimals(double value);
 // The path if its file exists (found ignoring case) and its name holds one of `parts`
 // (ignoring case; no parts: any name), else empty.
 QString ExistingFile(const QString& path, std::initializer_list<const char*> parts = {});
+// The stored paths the dialog shows and keeps: d3.hog, a mission archive or table (.gam,
+// .mn3, .hog), a picture (a name with a ".").
+QString ExistingD3Hog(const QString& path);
+QString ExistingMission(const QString& path);
+QString ExistingPicture(const QString& path);
 // The path if it names an existing folder, else empty.
 QString ExistingFolder(const QString& path);
 // A compiler field: kept when the file exists and names pofgen.exe or bspgen.exe.

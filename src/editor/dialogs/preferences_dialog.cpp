@@ -121,8 +121,6 @@ QWidget* frmPreferences::BuildPaths() {
                                   "txtBackground"};
     const char* const frames[5] = {"D3 Hog File", "Custom MN3/HOG, GAM File", "Custom OGF Path",
                                    "Pofgen.exe File", "Background Image"};
-    QLineEdit** fields[5] = {&txtD3Path_, &txtMN3GAMPath_, &txtOGFPath_, &txtPathPofgen_,
-                             &txtBackground_};
     for (int i = 0; i < 5; ++i) {
         auto* frame = new QGroupBox(frames[i], group);
         auto* row = new QHBoxLayout(frame);
@@ -137,7 +135,7 @@ QWidget* frmPreferences::BuildPaths() {
         row->addWidget(field, 1);
         row->addWidget(browse);
         v->addWidget(frame);
-        *fields[i] = field;
+        paths_[i] = field;
         connect(browse, &QPushButton::clicked, this, [this, i] { Browse(i); });
         connect(field, &QLineEdit::editingFinished, this, [this, field] { LeaveField(field); });
     }
@@ -248,11 +246,11 @@ QWidget* frmPreferences::BuildRoomOptions() {
 
 void frmPreferences::ShowSettings() {
     const Settings& s = settings_;
-    txtD3Path_->setText(ExistingFile(Text(s.D3HogPath), {"d3.hog"}));
-    txtMN3GAMPath_->setText(ExistingFile(Text(s.MN3GAMPath), {".gam", ".mn3", ".hog"}));
-    txtBackground_->setText(ExistingFile(Text(s.BackgroundImage), {"."}));
-    txtOGFPath_->setText(Text(s.OGFPath));
-    txtPathPofgen_->setText(Text(s.POFGENPath));
+    paths_[kD3]->setText(ExistingD3Hog(Text(s.D3HogPath)));
+    paths_[kMission]->setText(ExistingMission(Text(s.MN3GAMPath)));
+    paths_[kBackground]->setText(ExistingPicture(Text(s.BackgroundImage)));
+    paths_[kOGF]->setText(Text(s.OGFPath));
+    paths_[kCompiler]->setText(Text(s.POFGENPath));
     txtScaleFactor_->setText(EightDecimals(s.PofScale));
     txtErrorTolerance_->setText(EightDecimals(s.PofErrorFactor));
     for (std::size_t i = 0; i < 3; ++i)
@@ -296,11 +294,11 @@ bool frmPreferences::eventFilter(QObject* watched, QEvent* event) {
 void frmPreferences::LeaveField(QLineEdit* field) {
     const QString text = field->text();
     FieldCheck check{text, {}};
-    if (field == txtD3Path_ || field == txtMN3GAMPath_ || field == txtBackground_) {
+    if (field == paths_[kD3] || field == paths_[kMission] || field == paths_[kBackground]) {
         check.text = ExistingFile(text);
-    } else if (field == txtOGFPath_) {
+    } else if (field == paths_[kOGF]) {
         check.text = ExistingFolder(text);
-    } else if (field == txtPathPofgen_) {
+    } else if (field == paths_[kCompiler]) {
         if (!text.isEmpty()) {
             check.text = ExistingCompiler(text);
             if (!check.text.isEmpty()) settings_.POFGENPath = check.text.toStdString();
@@ -325,15 +323,14 @@ void frmPreferences::Autofind() {
                          PromptIcon::Exclamation);
         return;
     }
-    if (!found.d3Hog.empty()) txtD3Path_->setText(Text(found.d3Hog));
-    if (!found.compiler.empty()) txtPathPofgen_->setText(Text(found.compiler));
+    if (!found.d3Hog.empty()) paths_[kD3]->setText(Text(found.d3Hog));
+    if (!found.compiler.empty()) paths_[kCompiler]->setText(Text(found.compiler));
     EnableOK();
 }
 
 void frmPreferences::ClearAllPaths() {
-    for (QLineEdit* f : {txtD3Path_, txtMN3GAMPath_, txtOGFPath_, txtPathPofgen_, txtBackground_}) {
+    for (QLineEdit* f : paths_)
         f->clear();
-    }
     EnableOK();
 }
 
@@ -350,9 +347,7 @@ void frmPreferences::ResetDefaults() {
 }
 
 void frmPreferences::Browse(int index) {
-    QLineEdit* const fields[5] = {txtD3Path_, txtMN3GAMPath_, txtOGFPath_, txtPathPofgen_,
-                                  txtBackground_};
-    QLineEdit* field = fields[index];
+    QLineEdit* field = paths_[index];
     QString chosen;
     if (index == 2) {
         chosen = chooseFolder_(this, field->text());
@@ -372,7 +367,7 @@ void frmPreferences::ApplyCompilerOptions() {
     std::array<long, 3> chunks{};
     int zeros = 0;
     for (std::size_t i = 0; i < 3; ++i) {
-        chunks[i] = std::clamp(CheckChunkField(txtChunkSplits_[i]->text()).text.toLong(), 0L, 255L);
+        chunks[i] = CheckChunkField(txtChunkSplits_[i]->text()).text.toLong();
         zeros += chunks[i] == 0;
     }
     if (zeros != 0 && zeros != 3) {
@@ -403,19 +398,19 @@ void frmPreferences::ApplyCompilerOptions() {
 
 void frmPreferences::accept() {
     Settings& s = settings_;
-    const QString d3 = txtD3Path_->text();
-    const QString mission = txtMN3GAMPath_->text();
-    const QString ogf = WithTrailingSeparator(txtOGFPath_->text());
-    pathsChanged_ = mission != Text(s.MN3GAMPath) || txtOGFPath_->text() != Text(s.OGFPath) ||
+    const QString d3 = paths_[kD3]->text();
+    const QString mission = paths_[kMission]->text();
+    const QString ogf = WithTrailingSeparator(paths_[kOGF]->text());
+    pathsChanged_ = mission != Text(s.MN3GAMPath) || paths_[kOGF]->text() != Text(s.OGFPath) ||
                     d3 != Text(s.D3HogPath);
-    s.D3HogPath = ExistingFile(d3, {"d3.hog"}).toStdString();
-    s.MN3GAMPath = ExistingFile(mission, {".gam", ".mn3", ".hog"}).toStdString();
+    s.D3HogPath = ExistingD3Hog(d3).toStdString();
+    s.MN3GAMPath = ExistingMission(mission).toStdString();
     s.OGFPath = ogf.toStdString();
     DeriveArchivePaths(s);
-    backgroundChanged_ = txtBackground_->text() != Text(s.BackgroundImage);
-    s.BackgroundImage = ExistingFile(txtBackground_->text(), {"."}).toStdString();
+    backgroundChanged_ = paths_[kBackground]->text() != Text(s.BackgroundImage);
+    s.BackgroundImage = ExistingPicture(paths_[kBackground]->text()).toStdString();
     // A compiler Autofind or Browse put in the field counts as much as one typed there.
-    s.POFGENPath = ExistingCompiler(txtPathPofgen_->text()).toStdString();
+    s.POFGENPath = ExistingCompiler(paths_[kCompiler]->text()).toStdString();
 
     ApplyCompilerOptions();
     s.CombineRooms = optOOFORF_[1]->isChecked();

@@ -71,11 +71,9 @@ class frmPreferences : public QDialog {
     bool pathsChanged_ = false;
     bool backgroundChanged_ = false;
 
-    QLineEdit* txtD3Path_ = nullptr;
-    QLineEdit* txtMN3GAMPath_ = nullptr;
-    QLineEdit* txtOGFPath_ = nullptr;
-    QLineEdit* txtPathPofgen_ = nullptr;
-    QLineEdit* txtBackground_ = nullptr;
+    // The five path fields, in the order of their Browse buttons.
+    enum PathField { kD3, kMission, kOGF, kCompiler, kBackground };
+    std::array<QLineEdit*, 5> paths_{};
     QLineEdit* txtScaleFactor_ = nullptr;
     QLineEdit* txtErrorTolerance_ = nullptr;
     std::array<QLineEdit*, 3> txtChunkSplits_{};
