@@ -19,6 +19,7 @@
 #include "editor/main_window.h"
 #include "editor/panels/panel_host.h"
 #include "editor/panels/subobject_panel.h"
+#include "editor/playback.h"
 #include "editor/prompts.h"
 #include "editor/tree/model_tree.h"
 #include "editor/tree/tree_control.h"
@@ -95,12 +96,16 @@ void ReadLargeModelFile(benchmark::State& state) {
     }
 }
 
+Viewport& ViewportOf(frmOOF& window) {
+    return *window.findChild<Viewport*>();
+}
+
 void OpenLargeModelInWindow(benchmark::State& state) {
     Editor& e = TheEditor();
     for (auto _ : state) {
         if (!e.window->LoadModel(e.path)) state.SkipWithError("load");
         Settle();
-        e.window->viewport().grabFramebuffer();  // the first frame drawn
+        ViewportOf(*e.window).grabFramebuffer();  // the first frame drawn
     }
 }
 
@@ -232,13 +237,13 @@ void SpinnerStep(benchmark::State& state) {
     Settle();
     auto* radius = e.window->findChild<spinControl*>("txtSOBJRadius");
     if (radius == nullptr) state.SkipWithError("no spinner");
-    const int lists = e.window->viewport().renderer().ListBuilds();
+    const int lists = ViewportOf(*e.window).renderer().ListBuilds();
     float value = radius->Value();
     for (auto _ : state) {
         value += 0.01f;
         radius->SetValue(value);
     }
-    state.counters["list_builds"] = e.window->viewport().renderer().ListBuilds() - lists;
+    state.counters["list_builds"] = ViewportOf(*e.window).renderer().ListBuilds() - lists;
     doc.EndEditSession();
     doc.undoStack().clear();
 }
@@ -262,8 +267,8 @@ Editor& ThePlayer() {
         p->window->show();
         Settle();
         p->window->LoadModel(p->path);
-        p->window->viewport().SetViewType(ViewType::Textured);
-        p->window->panels().ShowPanel("Animation");
+        p->window->document().SetViewType(ViewType::Textured);
+        p->window->findChild<PanelHost*>()->ShowPanel("Animation");
         p->window->document().SelectSubObject(5);
         p->window->findChild<QCheckBox*>("chkPlayContinuously")->setChecked(true);
         for (int i = 0; i < 20; ++i)
@@ -276,11 +281,13 @@ Editor& ThePlayer() {
 // same frame drawn again) and the viewport drawn.
 void PlayFrames(benchmark::State& state, bool advance) {
     Editor& p = ThePlayer();
-    Viewport& view = p.window->viewport();
+    Viewport& view = ViewportOf(*p.window);
     Document& doc = p.window->document();
+    Playback& playback = *p.window->findChild<Playback*>();
+    playback.SetClock([] { return 1.0f / 60.0f; });
     doc.SetPlaying(advance);
     for (auto _ : state) {
-        p.window->animation().TimerStep(1.0f / 60.0f);
+        playback.Tick();
         // Draws the frame and reads it back: finished, and a little more than the screen needs.
         benchmark::DoNotOptimize(view.grabFramebuffer());
     }
@@ -303,9 +310,11 @@ void StillFrames(benchmark::State& state) {
 void PlaybackTimerStep(benchmark::State& state) {
     Editor& p = ThePlayer();
     Document& doc = p.window->document();
+    Playback& playback = *p.window->findChild<Playback*>();
+    playback.SetClock([] { return 1.0f / 600.0f; });
     doc.SetPlaying(true);
     for (auto _ : state) {
-        p.window->animation().TimerStep(1.0f / 600.0f);
+        playback.Tick();
     }
     doc.SetPlaying(false);
     Settle();

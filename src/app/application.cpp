@@ -8,7 +8,6 @@
 #include "convert/pofgen.h"
 #include "editor/dialogs/preference_fields.h"
 #include "editor/dialogs/preferences_dialog.h"
-#include "editor/viewport.h"
 #include "view/offscreen.h"
 
 namespace mw {
@@ -39,7 +38,7 @@ bool Application::Start() {
     window_->show();
     window_->setMinimumSize(window_->size());
     QCoreApplication::processEvents();
-    if (!window_->viewport().isValid()) {
+    if (!window_->ViewportReady()) {
         QMessageBox::critical(nullptr, "Meshwright", "Error initializing OpenGL Window!");
         return false;
     }
@@ -50,7 +49,7 @@ bool Application::Start() {
         window_->repaint();
     }
     window_->ReadGameData();
-    window_->viewport().LoadEffects();
+    window_->LoadEffects();
     return true;
 }
 

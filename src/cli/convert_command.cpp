@@ -79,8 +79,9 @@ int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std:
     }
 
     if (const int status = LoadModelFile(files[0], model, err)) return status;
+    // A room names its textures by their game names.
     std::vector<TextureSlot> unused(model.Textures.size());
-    gam.GetGAMTexInfo(model, unused);
+    ApplyTextureNames(model, gam.GetGAMTexInfo(model, unused));
     OrfExportOptions options{settings.CombineRooms, settings.SpecialPointsAsFaces,
                              settings.SpecialFaceSize};
     if (separate) options.CombineRooms = false;

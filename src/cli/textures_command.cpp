@@ -69,19 +69,19 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
     j.beginObject().field("object_kind", static_cast<int>(loaded.ObjectKind));
     j.key("textures").beginArray();
     for (std::size_t t = 0; t < data.Textures.size(); ++t) {
-        const Texture& tex = data.Textures[t];
+        const TextureNames& tex = loaded.Names[t];
         const ResolvedTexture& r = loaded.Resolved[t];
         const TextureSlot& slot = loaded.Slots[t];
         const auto [width, height] = uploader.uploads[t];
         if (!json) {
-            out << t << "  " << Utf8From1252(tex.Name) << "  (" << Utf8From1252(tex.GameName)
+            out << t << "  " << Utf8From1252(tex.FileName) << "  (" << Utf8From1252(tex.GameName)
                 << ")  " << TextureSourceName(r.Source) << " " << r.Path << "  " << width << " x "
                 << height
                 << (slot.FrameCount > 0 ? "  " + std::to_string(slot.FrameCount) + " frames" : "")
                 << (slot.HasAlpha ? "  alpha" : "") << (r.Decoded ? "" : "  placeholder") << "\n";
             continue;
         }
-        j.beginObject().field("name", Utf8From1252(tex.Name));
+        j.beginObject().field("name", Utf8From1252(tex.FileName));
         j.field("game_name", Utf8From1252(tex.GameName));
         j.field("source", TextureSourceName(r.Source)).field("path", Utf8From1252(r.Path));
         j.field("decoded", r.Decoded).field("status", static_cast<int>(r.Status));

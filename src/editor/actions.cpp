@@ -18,7 +18,6 @@
 #include "editor/prompts.h"
 #include "editor/recent_files.h"
 #include "editor/toolbar_icons.h"
-#include "editor/viewport.h"
 #include "gamedata/file_names.h"
 #include "gamedata/hog.h"
 
@@ -38,12 +37,11 @@ bool CompilerConfigured(const Settings& settings) {
 
 }  // namespace
 
-MainActions::MainActions(QMainWindow& window, Document& doc, Viewport& viewport,
-                         FileCommands& files, Settings& settings, GameData& game, Prompts& prompts)
+MainActions::MainActions(QMainWindow& window, Document& doc, FileCommands& files,
+                         Settings& settings, GameData& game, Prompts& prompts)
     : QObject(&window),
       window_(window),
       doc_(doc),
-      viewport_(viewport),
       files_(files),
       settings_(settings),
       game_(game),
@@ -100,17 +98,15 @@ std::vector<QAction*> MainActions::AddChoices(QMenu* menu, const QString& name,
     return items;
 }
 
-QAction* MainActions::AddToggle(QMenu* menu, const char* name, const QString& caption, bool* flag) {
+QAction* MainActions::AddToggle(QMenu* menu, const char* name, const QString& caption,
+                               bool DisplaySettings::*flag) {
     QAction* a = Add(menu, name, caption);
     a->setCheckable(true);
-    a->setChecked(*flag);
-    connect(a, &QAction::toggled, this, [this, flag](bool on) {
-        if (*flag == on) return;
-        *flag = on;
-        doc_.DisplayChanged();
-    });
+    a->setChecked(doc_.display().*flag);
+    connect(a, &QAction::toggled, this, [this, flag](bool on) { doc_.SetDisplayFlag(flag, on); });
     // A panel's check box may switch the same flag.
-    connect(&doc_, &Document::displayChanged, a, [a, flag] { a->setChecked(*flag); });
+    connect(&doc_, &Document::displayChanged, a,
+            [this, a, flag] { a->setChecked(doc_.display().*flag); });
     return a;
 }
 
@@ -216,22 +212,18 @@ void MainActions::BuildModeMenu() {
     auto* mode = new QMenu("Mode", &window_);
     mode->setObjectName("mnuViewModeMain");
     menus_["mnuViewModeMain"] = mode;
-    const auto modes = AddChoices(mode, "mnuViewMode", {kModeNames, kModeNames + 4}, [this](int i) {
-        viewport_.SetViewMode(static_cast<ViewMode>(i));
-    });
+    const auto modes = AddChoices(mode, "mnuViewMode", {kModeNames, kModeNames + 4},
+                                  [this](int i) { doc_.SetViewMode(static_cast<ViewMode>(i)); });
     std::copy(modes.begin(), modes.end(), modeItems_.begin());
     mode->addSeparator()->setObjectName("mnuModeSeperator");
     QMenu* view = mode->addMenu("View");
     view->setObjectName("mnuViewTypeMain");
     menus_["mnuViewTypeMain"] = view;
-    const auto types = AddChoices(view, "mnuViewType", {kTypeNames, kTypeNames + 4}, [this](int i) {
-        viewport_.SetViewType(static_cast<ViewType>(i));
-    });
+    const auto types = AddChoices(view, "mnuViewType", {kTypeNames, kTypeNames + 4},
+                                  [this](int i) { doc_.SetViewType(static_cast<ViewType>(i)); });
     std::copy(types.begin(), types.end(), typeItems_.begin());
     view->addSeparator()->setObjectName("mnuViewSep1");
-    AddToggle(view, "mnuView3D", "3-D Mode", &viewport_.display().ThreeD);
-    connect(&viewport_, &Viewport::contextMenuRequested, mode,
-            [mode](QPoint at) { mode->popup(at); });
+    AddToggle(view, "mnuView3D", "3-D Mode", &DisplaySettings::ThreeD);
 }
 
 void MainActions::BuildAnimationMenu() {
@@ -256,15 +248,11 @@ void MainActions::BuildAnimationMenu() {
     QMenu* filter = anim->addMenu("Filter Keys");
     filter->setObjectName("mnuKeyFilter");
     menus_["mnuKeyFilter"] = filter;
-    AddChoices(filter, "mnuFilter", {"All", "Positional", "Rotational"}, [this](int i) {
-        doc_.animation().keyFilter = i;
-        emit doc_.keysChanged(doc_.selection().curSOBJ);
-    });
+    AddChoices(filter, "mnuFilter", {"All", "Positional", "Rotational"},
+               [this](int i) { doc_.SetKeyFilter(i); });
     anim->addSeparator()->setObjectName("mnuAnimationSep2");
-    AddToggle(anim, "mnuViewRotator", "View Rotator Animation",
-              &viewport_.display().RotatorAnimation);
-    AddToggle(anim, "mnuViewTrajectories", "View Trajectories",
-              &viewport_.display().ViewTrajectories);
+    AddToggle(anim, "mnuViewRotator", "View Rotator Animation", &DisplaySettings::RotatorAnimation);
+    AddToggle(anim, "mnuViewTrajectories", "View Trajectories", &DisplaySettings::ViewTrajectories);
     connect(anim, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
 }
 
@@ -272,32 +260,19 @@ void MainActions::BuildDisplayMenu() {
     QMenu* show = window_.menuBar()->addMenu("Display");
     show->setObjectName("mnuEffects");
     menus_["mnuEffects"] = show;
-    DisplaySettings& d = viewport_.display();
-    AddToggle(show, "mnuViewPoints", "Special Points", &d.ViewPoints);
-    AddToggle(show, "mnuViewNormals", "Normals", &d.ViewNormals);
+    AddToggle(show, "mnuViewPoints", "Special Points", &DisplaySettings::ViewPoints);
+    AddToggle(show, "mnuViewNormals", "Normals", &DisplaySettings::ViewNormals);
     show->addSeparator()->setObjectName("mnuDisplaySep3");
     QMenu* effects = show->addMenu("Effects");
     effects->setObjectName("mnuViewEffects");
     menus_["mnuViewEffects"] = effects;
-    AddToggle(effects, "mnuViewFacing", "Facing", &d.Facing);
-    AddToggle(effects, "mnuViewGlow", "Glow Effects", &d.Glow);
-    QAction* animate = Add(effects, "mnuViewTexAnimate", "Texture Animation");
-    animate->setCheckable(true);
-    animate->setChecked(settings_.TextureAnimation);
-    connect(animate, &QAction::toggled, &viewport_, &Viewport::SetTextureAnimation);
-    QAction* filtering = Add(effects, "mnuViewFiltering", "Bilinear Filtering");
-    filtering->setCheckable(true);
-    filtering->setChecked(settings_.BilinearFiltering);
-    connect(filtering, &QAction::toggled, this, [this](bool on) {
-        settings_.BilinearFiltering = on;
-        if (!viewport_.glReady()) return;
-        viewport_.makeCurrent();
-        viewport_.renderer().ApplyFiltering(on);
-        viewport_.doneCurrent();
-        viewport_.update();
-    });
+    AddToggle(effects, "mnuViewFacing", "Facing", &DisplaySettings::Facing);
+    AddToggle(effects, "mnuViewGlow", "Glow Effects", &DisplaySettings::Glow);
+    AddToggle(effects, "mnuViewTexAnimate", "Texture Animation", &DisplaySettings::TextureAnimation);
+    AddToggle(effects, "mnuViewFiltering", "Bilinear Filtering",
+              &DisplaySettings::BilinearFiltering);
     show->addSeparator()->setObjectName("mnuDisplaySep4");
-    AddToggle(show, "mnuViewBackground", "Show Background", &d.ShowBackground);
+    AddToggle(show, "mnuViewBackground", "Show Background", &DisplaySettings::ShowBackground);
 }
 
 void MainActions::BuildHelpMenu() {
@@ -344,7 +319,7 @@ void MainActions::BuildToolBar() {
         modes->addAction(a);
         modeButtons_[static_cast<std::size_t>(i)] = a;
         connect(a, &QAction::triggered, this,
-                [this, i] { viewport_.SetViewMode(static_cast<ViewMode>(i)); });
+                [this, i] { doc_.SetViewMode(static_cast<ViewMode>(i)); });
     }
     toolBar_->addSeparator();
     const char* const typeKeys[4] = {"wireframe", "flatcolor", "smoothcolor", "textured"};
@@ -356,7 +331,7 @@ void MainActions::BuildToolBar() {
         types->addAction(a);
         typeButtons_[static_cast<std::size_t>(i)] = a;
         connect(a, &QAction::triggered, this,
-                [this, i] { viewport_.SetViewType(static_cast<ViewType>(i)); });
+                [this, i] { doc_.SetViewType(static_cast<ViewType>(i)); });
     }
     toolBar_->addSeparator();
     const std::pair<const char*, const char*> toggles[3] = {{"threed", "mnuView3D"},
@@ -392,8 +367,8 @@ void MainActions::BuildToolBar() {
 }
 
 void MainActions::SyncViewChecks() {
-    const auto mode = static_cast<std::size_t>(viewport_.display().Mode);
-    const auto type = static_cast<std::size_t>(viewport_.display().Type);
+    const auto mode = static_cast<std::size_t>(doc_.display().Mode);
+    const auto type = static_cast<std::size_t>(doc_.display().Type);
     for (std::size_t i = 0; i < 4; ++i) {
         modeItems_[i]->setChecked(i == mode);
         modeButtons_[i]->setChecked(i == mode);
@@ -403,7 +378,7 @@ void MainActions::SyncViewChecks() {
 }
 
 void MainActions::connectSignals() {
-    connect(&viewport_, &Viewport::viewChanged, this, [this] {
+    connect(&doc_, &Document::displayChanged, this, [this] {
         SyncViewChecks();
         UpdateEnabling();
     });
@@ -462,7 +437,7 @@ void MainActions::UpdateEnabling() {
         isSignalConnected(QMetaMethod::fromSignal(&MainActions::preferencesRequested));
     action("mnuFilePreferences")->setEnabled(preferences);
     action("preferences")->setEnabled(preferences);
-    action("mnuViewBackground")->setEnabled(viewport_.renderer().BackgroundLoaded());
+    action("mnuViewBackground")->setEnabled(!doc_.display().BackgroundImage.empty());
     UpdateEditEnabling();
     // The Animation menu's key items are the key menu's (it holds the clipboard).
 }

@@ -14,7 +14,7 @@
 
 #include "gamedata/settings.h"
 #include "gamedata/texture_loader.h"
-#include "view/camera.h"
+#include "view/view_state.h"
 
 class QAction;
 class QComboBox;
@@ -27,13 +27,12 @@ namespace mw {
 class Document;
 class FileCommands;
 class Prompts;
-class Viewport;
 
 class MainActions : public QObject {
     Q_OBJECT
   public:
-    MainActions(QMainWindow& window, Document& doc, Viewport& viewport, FileCommands& files,
-                Settings& settings, GameData& game, Prompts& prompts);
+    MainActions(QMainWindow& window, Document& doc, FileCommands& files, Settings& settings,
+                GameData& game, Prompts& prompts);
 
     QAction* action(const QString& name) const;
     QMenu* menu(const QString& name) const;
@@ -68,7 +67,9 @@ class MainActions : public QObject {
     // Items of which one is checked ("NAME_0", "NAME_1", ...); `chosen` gets the index.
     std::vector<QAction*> AddChoices(QMenu* menu, const QString& name, const QStringList& captions,
                                      const std::function<void(int)>& chosen);
-    QAction* AddToggle(QMenu* menu, const char* name, const QString& caption, bool* flag);
+    // A display option switched through the document; checked as the document has it.
+    QAction* AddToggle(QMenu* menu, const char* name, const QString& caption,
+                       bool DisplaySettings::*flag);
     QAction* AddButton(const char* key, const QString& tip, bool checkable);
     void BuildFileMenu();
     void BuildEditMenu();
@@ -84,7 +85,6 @@ class MainActions : public QObject {
 
     QMainWindow& window_;
     Document& doc_;
-    Viewport& viewport_;
     FileCommands& files_;
     Settings& settings_;
     GameData& game_;

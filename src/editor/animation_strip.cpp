@@ -34,10 +34,6 @@ QToolButton* MakeFrameButton(QWidget* parent, const QString& name, const QString
     return button;
 }
 
-int ClampFrame(int frame) {
-    return std::clamp(frame, 0, keyControl::kFrames - 1);
-}
-
 }  // namespace
 
 AnimationStrip::AnimationStrip(Document& doc, QWidget* parent) : QWidget(parent), doc_(doc) {
@@ -95,7 +91,6 @@ QGroupBox* AnimationStrip::BuildTimeConfiguration() {
     txtAnimateTime_ =
         MakeSpinner(box, "txtAnimateTime", "Animation Length", 0.1f, 99.9f, "#0.0", 0.1f, 1.0f);
     txtAnimateTime_->setMinimumWidth(64);
-    txtAnimateTime_->SetValue(doc_.animation().animTime);
     auto* length = new QLabel("Animation Length:", box);
     length->setBuddy(txtAnimateTime_);
     row->addWidget(length);
@@ -112,18 +107,19 @@ void AnimationStrip::connectSignals() {
         connect(&doc_, signal, this, &AnimationStrip::LoadTimelineKeys);
     }
     connect(&doc_, &Document::keysChanged, this, &AnimationStrip::LoadTimelineKeys);
+    connect(&doc_, &Document::animationSettingsChanged, this, &AnimationStrip::FollowSettings);
 
     connect(cmdPlayStop_, &QToolButton::clicked, this, &AnimationStrip::PlayStop);
     connect(cmdPreviousFrame_, &QToolButton::clicked, keyControl_, &keyControl::PrevFrame);
     connect(cmdNextFrame_, &QToolButton::clicked, keyControl_, &keyControl::NextFrame);
-    connect(chkPlayContinuously_, &QCheckBox::toggled, this,
-            [this](bool on) { doc_.animation().animLoop = on; });
+    connect(chkPlayContinuously_, &QCheckBox::toggled, &doc_, &Document::SetAnimLoop);
     connect(txtCurrentFrame_, &spinControl::Change, this, &AnimationStrip::CurrentFrameTyped);
     for (int i = 0; i < 2; ++i) {
         connect(txtFrameRange_[i], &spinControl::Change, this, [this, i] { RangeChanged(i); });
     }
-    connect(txtAnimateTime_, &spinControl::Change, this,
-            [this] { doc_.animation().animTime = txtAnimateTime_->Value(); });
+    connect(txtAnimateTime_, &spinControl::Change, this, [this] {
+        if (!filling_) doc_.SetAnimTime(txtAnimateTime_->Value());
+    });
 
     connect(keyControl_, &keyControl::FrameChange, this,
             [this](int frame) { doc_.GoToFrame(static_cast<float>(frame)); });
@@ -154,7 +150,7 @@ void AnimationStrip::ShowPlaying(bool playing) {
 }
 
 void AnimationStrip::PlayStop() {
-    AnimationState& a = doc_.animation();
+    const AnimationState& a = doc_.animation();
     if (a.animPlaying) {
         doc_.GoToFrame(a.curFrame);
         return;
@@ -164,14 +160,6 @@ void AnimationStrip::PlayStop() {
         doc_.SetCurrentFrame(static_cast<float>(a.startFrame));
     }
     doc_.SetPlaying(true);
-}
-
-void AnimationStrip::TimerStep(float elapsed) {
-    if (!doc_.animation().animPlaying) return;
-    AnimationState next = doc_.animation();
-    const bool stopped = AdvancePlayback(next, elapsed);
-    doc_.SetCurrentFrame(next.curFrame);
-    if (stopped) doc_.SetPlaying(false);
 }
 
 void AnimationStrip::CurrentFrameTyped() {
@@ -191,33 +179,41 @@ void AnimationStrip::SetCurrentFrameRange(int start, int end) {
 
 void AnimationStrip::RangeChanged(int i) {
     if (filling_) return;
-    filling_ = true;
     const FrameRange range =
         CorrectFrameRange({txtFrameRange_[0]->Value(), txtFrameRange_[1]->Value()}, i);
-    txtFrameRange_[0]->SetValue(range.start);
-    txtFrameRange_[1]->SetValue(range.end);
-    AnimationState& a = doc_.animation();
-    a.startFrame = static_cast<int>(txtFrameRange_[0]->Value());
-    a.endFrame = static_cast<int>(txtFrameRange_[1]->Value());
+    doc_.SetFrameRange(static_cast<int>(range.start), static_cast<int>(range.end));
+    // The range spinners show what the document took, even when that did not change.
+    FollowSettings();
+    doc_.GoToFrame(txtCurrentFrame_->Value());
+}
+
+// The loop, the time, the range and the key filter as the document has them.
+void AnimationStrip::FollowSettings() {
+    const bool wasFilling = filling_;
+    filling_ = true;
+    const AnimationState& a = doc_.animation();
+    chkPlayContinuously_->setChecked(a.animLoop);
+    txtAnimateTime_->SetValue(a.animTime);
+    txtFrameRange_[0]->SetValue(static_cast<float>(a.startFrame));
+    txtFrameRange_[1]->SetValue(static_cast<float>(a.endFrame));
     keyControl_->SetMinMax(a.startFrame, a.endFrame);
     SetCurrentFrameRange(a.startFrame, a.endFrame);
-    filling_ = false;
-    doc_.GoToFrame(txtCurrentFrame_->Value());
+    filling_ = wasFilling;
+    if (keyControl_->FilterKeys() != a.keyFilter) LoadTimelineKeys();
 }
 
 void AnimationStrip::ResetAnimation() {
     filling_ = true;
     keyControl_->DeleteKeys();
-    AnimationState& a = doc_.animation();
-    const ModelData& model = doc_.model();
-    a.startFrame = doc_.hasModel() ? ClampFrame(model.FrameMin) : 0;
-    a.endFrame = doc_.hasModel() ? ClampFrame(model.FrameMax) : 1;
+    const AnimationState& a = doc_.animation();
     keyControl_->SetMinMax(a.startFrame, a.endFrame);
     txtCurrentFrame_->SetMin(0.0f);
     txtCurrentFrame_->SetMax(static_cast<float>(a.endFrame));
     txtCurrentFrame_->SetValue(a.curFrame);
     txtFrameRange_[0]->SetValue(static_cast<float>(a.startFrame));
     txtFrameRange_[1]->SetValue(static_cast<float>(a.endFrame));
+    txtAnimateTime_->SetValue(a.animTime);
+    chkPlayContinuously_->setChecked(a.animLoop);
     keyControl_->SetCurKeyFrame(a.curFrame);
     ShowPlaying(a.animPlaying);
     filling_ = false;

@@ -1,7 +1,8 @@
 // The animation strip ("Animation Controls") under the viewport: Play/Stop, the frame
 // buttons, "Play Continuously", the current frame, the played range and its length in
-// seconds, and the timeline of the selected sub-object's keys. It runs playback on the
-// viewport's timer and keeps the timeline in line with the document.
+// seconds, and the timeline of the selected sub-object's keys. It changes the animation
+// settings through the document and follows them, and keeps the timeline in line with the
+// document; playback itself runs on its own timer.
 #pragma once
 
 #include <QWidget>
@@ -23,10 +24,9 @@ class AnimationStrip : public QWidget {
 
     keyControl& timeline() { return *keyControl_; }
 
-    // Play or Stop, as the button does.
+    // Play or Stop, as the button does: play from where the frame is (from the start when it
+    // stands at the end), or stop.
     void PlayStop();
-    // One step of the animation timer, `elapsed` seconds after the previous one.
-    void TimerStep(float elapsed);
     // The strip's state for a newly loaded model (or none).
     void ResetAnimation();
     // Gives the timeline the keys of the selected sub-object, as the key filter allows.
@@ -36,6 +36,7 @@ class AnimationStrip : public QWidget {
     void connectSignals();
     QGroupBox* BuildTimeConfiguration();
     void FollowFrame();
+    void FollowSettings();
     void ShowPlaying(bool playing);
     void CurrentFrameTyped();
     void RangeChanged(int i);

@@ -1,6 +1,7 @@
 #include "editor/document.h"
 
 #include <QUndoCommand>
+#include <algorithm>
 
 namespace mw {
 
@@ -54,6 +55,10 @@ void Document::ResetModel(bool ready) {
     selection_ = SelectionState{};
     selection_.modelReady = ready && hasModel();
     animation_.curFrame = 0.0f;
+    // The played range is the model's key range.
+    const auto clampFrame = [](int f) { return std::clamp(f, 0, kLastFrame); };
+    animation_.startFrame = hasModel() ? clampFrame(model().FrameMin) : 0;
+    animation_.endFrame = hasModel() ? clampFrame(model().FrameMax) : 1;
     const bool wasPlaying = animation_.animPlaying;
     animation_.animPlaying = false;
     if (wasPlaying) emit playingChanged(false);
@@ -108,6 +113,68 @@ void Document::SetPlaying(bool playing) {
     if (animation_.animPlaying == playing) return;
     animation_.animPlaying = playing;
     emit playingChanged(playing);
+}
+
+void Document::SetDisplay(const DisplaySettings& display) {
+    if (display == display_) return;
+    display_ = display;
+    emit displayChanged();
+}
+
+void Document::SetDisplayFlag(bool DisplaySettings::*flag, bool on) {
+    DisplaySettings d = display_;
+    d.*flag = on;
+    SetDisplay(d);
+}
+
+void Document::SetViewMode(ViewMode mode) {
+    DisplaySettings d = display_;
+    d.Mode = mode;
+    SetDisplay(d);
+}
+
+void Document::SetViewType(ViewType type) {
+    DisplaySettings d = display_;
+    d.Type = type;
+    SetDisplay(d);
+}
+
+void Document::SetBackgroundImage(const std::string& path) {
+    DisplaySettings d = display_;
+    d.BackgroundImage = path;
+    SetDisplay(d);
+    emit backgroundRequested();
+}
+
+void Document::SetKeyFilter(int filter) {
+    AnimationState a = animation_;
+    a.keyFilter = filter;
+    SetAnimation(a);
+}
+
+void Document::SetAnimLoop(bool loop) {
+    AnimationState a = animation_;
+    a.animLoop = loop;
+    SetAnimation(a);
+}
+
+void Document::SetAnimTime(float seconds) {
+    AnimationState a = animation_;
+    a.animTime = seconds;
+    SetAnimation(a);
+}
+
+void Document::SetFrameRange(int start, int end) {
+    AnimationState a = animation_;
+    a.startFrame = start;
+    a.endFrame = end;
+    SetAnimation(a);
+}
+
+void Document::SetAnimation(const AnimationState& a) {
+    if (a == animation_) return;
+    animation_ = a;
+    emit animationSettingsChanged();
 }
 
 bool Document::Apply(QUndoCommand* command) {

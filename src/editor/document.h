@@ -33,6 +33,9 @@ enum ModelChange : unsigned {
     kChangeModel = 0x40,  // model-wide values (special point, radius)
 };
 
+// The last frame a key can sit at.
+inline constexpr int kLastFrame = 999;
+
 // The playback and timeline state shared by the animation views.
 struct AnimationState {
     float curFrame = 0.0f;
@@ -42,6 +45,8 @@ struct AnimationState {
     float animTime = 2.0f;
     bool animLoop = false;
     int keyFilter = 0;  // 0 all, 1 positional, 2 rotational
+
+    bool operator==(const AnimationState&) const = default;
 
     // The frame key operations work at: the whole part of the current frame.
     int WholeFrame() const { return static_cast<int>(curFrame); }
@@ -60,12 +65,16 @@ class Document : public QObject {
 
     const SelectionState& selection() const { return selection_; }
     bool modelReady() const { return selection_.modelReady; }
-    // What the viewport shows besides the model (view type, aids, effects); panels and menus
-    // change it and call DisplayChanged.
-    DisplaySettings& display() { return display_; }
+    // What the viewport shows besides the model (view type, mode, aids, effects, filtering,
+    // the background picture). Menus, tool bar and panels change it only here; every view
+    // follows displayChanged.
     const DisplaySettings& display() const { return display_; }
-    void DisplayChanged() { emit displayChanged(); }
-    AnimationState& animation() { return animation_; }
+    void SetDisplay(const DisplaySettings& display);
+    void SetDisplayFlag(bool DisplaySettings::*flag, bool on);
+    void SetViewMode(ViewMode mode);
+    void SetViewType(ViewType type);
+    // Asks for the background picture to be read (again, when the same file is named).
+    void SetBackgroundImage(const std::string& path);
     const AnimationState& animation() const { return animation_; }
 
     QUndoStack& undoStack() { return undo_; }
@@ -94,6 +103,11 @@ class Document : public QObject {
     void SetCurrentFrame(float frame);
     void GoToFrame(float frame);
     void SetPlaying(bool playing);
+    // The animation settings the strip, the panel and the Animation menu share.
+    void SetKeyFilter(int filter);
+    void SetAnimLoop(bool loop);
+    void SetAnimTime(float seconds);
+    void SetFrameRange(int start, int end);
 
     // Pushes a command; returns true when it changed the model (a command whose operation
     // changed nothing marks itself obsolete and is dropped).
@@ -127,10 +141,14 @@ class Document : public QObject {
     void frameChanged();
     void playingChanged(bool playing);
     void displayChanged();
+    void backgroundRequested();  // read the background picture the display names
+    void animationSettingsChanged();  // key filter, loop, time or range
     void cleanChanged(bool clean);
     void fileChanged();
 
   private:
+    void SetAnimation(const AnimationState& a);
+
     clsOOF& oof_;
     SelectionState selection_;
     AnimationState animation_;

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -16,7 +17,9 @@
 #include "editor/document.h"
 #include "editor/file_commands.h"
 #include "editor/key_menu.h"
+#include "editor/model_textures.h"
 #include "editor/p3d_import.h"
+#include "editor/playback.h"
 #include "editor/panels/animation_panel.h"
 #include "editor/panels/batteries_panel.h"
 #include "editor/panels/model_panel.h"
@@ -43,48 +46,42 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
       logo_(logo) {
     setObjectName("frmOOF");
     setAccessibleName(kAppTitle);
+    doc_->SetDisplay(DisplaySettings::From(settings));
+    // The textures follow the document before any view does.
+    textures_ = new ModelTextures(*doc_, game, settings, prompts_, this);
+    playback_ = new Playback(*doc_, this);
 
     auto* central = new QWidget(this);
     auto* columns = new QSplitter(Qt::Horizontal, central);
     columns->setObjectName("splitMain");
     columns->setChildrenCollapsible(false);
-    panels_ = new PanelHost(*doc_, logo_, columns);
-    panels_->tree().SetPrompts(prompts_);
-    tree_ = new ModelTree(panels_->tree(), *doc_);
-    panels_->AddPanel("Model", new ModelPanel(*doc_));
-    panels_->AddPanel("SubModel", new SubObjectPanel(*doc_, *prompts_));
-    panels_->AddPanel("Points", new PointPanel(*doc_));
-    auto* batteries = new BatteriesPanel(*doc_);
-    panels_->AddPanel("Batteries", batteries);
-    auto* textures = new TexturesPanel(*doc_, game, settings);
-    panels_->AddPanel("Textures", textures);
-    panels_->AddPanel("Animation", new AnimationPanel(*doc_));
-    // The two panels that fill themselves when their tab is shown.
-    connect(panels_, &PanelHost::panelRefreshRequested, this,
-            [batteries, textures](const QString& key, bool reload) {
-                if (!reload) return;
-                if (key == "Batteries") batteries->PopulateBatteryPanel();
-                if (key == "Textures") textures->PopulateTextureList();
-            });
+    auto* panels = new PanelHost(*doc_, logo_, columns);
+    panels->tree().SetPrompts(prompts_);
+    auto* tree = new ModelTree(panels->tree(), *doc_);
+    panels->AddPanel("Model", new ModelPanel(*doc_));
+    panels->AddPanel("SubModel", new SubObjectPanel(*doc_, *prompts_));
+    panels->AddPanel("Points", new PointPanel(*doc_));
+    panels->AddPanel("Batteries", new BatteriesPanel(*doc_));
+    panels->AddPanel("Textures", new TexturesPanel(*doc_, *textures_));
+    panels->AddPanel("Animation", new AnimationPanel(*doc_));
+    panels->RefreshPanels();
 
     auto* right = new QWidget(columns);
     auto* rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
-    viewport_ = new Viewport(*doc_, game, settings, *prompts_, right);
-    rightLayout->addWidget(viewport_, 1);
-    textures->AttachViewport(*viewport_, *prompts_);
-    panels_->RefreshPanels(true);
-    fraAnimation_ = new QGroupBox("Animation Controls", right);
-    fraAnimation_->setObjectName("fraAnimation");
-    fraAnimation_->setAccessibleName("Animation Controls");
-    fraAnimation_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    auto* stripLayout = new QHBoxLayout(fraAnimation_);
+    auto* viewport = new Viewport(*doc_, *textures_, *playback_, *prompts_, right);
+    viewport_ = viewport;
+    rightLayout->addWidget(viewport, 1);
+    auto* fraAnimation = new QGroupBox("Animation Controls", right);
+    fraAnimation->setObjectName("fraAnimation");
+    fraAnimation->setAccessibleName("Animation Controls");
+    fraAnimation->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto* stripLayout = new QHBoxLayout(fraAnimation);
     stripLayout->setContentsMargins(6, 4, 6, 4);
-    strip_ = new AnimationStrip(*doc_, fraAnimation_);
-    stripLayout->addWidget(strip_);
-    connect(viewport_, &Viewport::ticked, strip_, &AnimationStrip::TimerStep);
-    rightLayout->addWidget(fraAnimation_);
-    columns->addWidget(panels_);
+    auto* strip = new AnimationStrip(*doc_, fraAnimation);
+    stripLayout->addWidget(strip);
+    rightLayout->addWidget(fraAnimation);
+    columns->addWidget(panels);
     columns->addWidget(right);
     columns->setStretchFactor(1, 1);
     columns->setSizes({330, 770});
@@ -94,24 +91,37 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     setCentralWidget(central);
 
     files_ = new FileCommands(*doc_, game, settings, *prompts_, this);
-    actions_ = new MainActions(*this, *doc_, *viewport_, *files_, settings, game, *prompts_);
+    actions_ = new MainActions(*this, *doc_, *files_, settings, game, *prompts_);
     connect(actions_, &MainActions::helpRequested, this, &frmOOF::ShowHelp);
     connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
     connect(actions_, &MainActions::checkRequested, this, &frmOOF::ShowCheck);
     connect(actions_, &MainActions::preferencesRequested, this, &frmOOF::ShowPreferences);
-    import_ = new P3DImport(*files_, settings, *prompts_, this);
-    connect(actions_, &MainActions::importP3DRequested, import_, &P3DImport::Import);
+    connect(this, &frmOOF::gameDataChanged, actions_, &MainActions::PopulateHOGlist);
+    connect(this, &frmOOF::settingsChanged, actions_, &MainActions::UpdateFileEnabling);
+    QMenu* modeMenu = actions_->menu("mnuViewModeMain");
+    connect(viewport, &Viewport::contextMenuRequested, modeMenu,
+            [modeMenu](QPoint at) { modeMenu->popup(at); });
+    auto* import = new P3DImport(*files_, settings, *prompts_, this);
+    connect(actions_, &MainActions::importP3DRequested, import, &P3DImport::Import);
     runPreferences_ = [](frmPreferences& dialog) { dialog.exec(); };
-    files_->SetModelCheck(DocumentCheck(*doc_, &viewport_->textures(), &settings));
-    keyMenu_ = new KeyMenu(*doc_, *actions_, strip_->timeline(), this);
-    connect(tree_, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);
+    files_->SetModelCheck(DocumentCheck(*doc_, &textures_->loaded(), &settings));
+    auto* keyMenu = new KeyMenu(*doc_, *actions_, strip->timeline(), this);
+    keyMenu->setObjectName("keyMenu");
+    connect(tree, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);
     actions_->PopulateHOGlist();
+    // Preferences and Import P3D are offered now that someone answers them.
+    actions_->UpdateEnabling();
+    actions_->UpdateFileEnabling();
 
     connect(doc_.get(), &Document::fileChanged, this, &frmOOF::UpdateTitle);
     connect(doc_.get(), &Document::modelReset, this, &frmOOF::UpdateTitle);
     connect(doc_.get(), &Document::cleanChanged, this, &frmOOF::UpdateTitle);
     UpdateTitle();
     resize(1100, 760);
+}
+
+bool frmOOF::ViewportReady() const {
+    return static_cast<const QOpenGLWidget*>(viewport_)->isValid();
 }
 
 frmOOF::~frmOOF() {
@@ -151,7 +161,7 @@ void frmOOF::ShowCheck() {
     // A new window checks as it is made; one that was closed checks again.
     if (check_ == nullptr) {
         check_ =
-            new CheckDialog(*doc_, DocumentCheck(*doc_, &viewport_->textures(), &settings_), this);
+            new CheckDialog(*doc_, DocumentCheck(*doc_, &textures_->loaded(), &settings_), this);
     } else {
         check_->Refresh();
     }
@@ -167,26 +177,30 @@ void frmOOF::ShowPreferences() {
 
 void frmOOF::ApplyPreferences(bool pathsChanged, bool backgroundChanged) {
     repaint();
-    actions_->UpdateFileEnabling();
-    if (backgroundChanged) {
-        viewport_->ReloadBackground();
-        actions_->UpdateEnabling();
-    }
+    emit settingsChanged();
+    if (backgroundChanged) doc_->SetBackgroundImage(settings_.BackgroundImage);
     if (!pathsChanged) return;
     ReadGameData();
     if (doc_->modelReady() &&
         prompts_->Ask(this, "Reload Model Textures?", QMessageBox::Yes | QMessageBox::No,
                       PromptIcon::Question) == QMessageBox::Yes) {
-        viewport_->ReloadModelTextures();
+        textures_->Reload();
+        textures_->LoadGlow();
     }
 }
 
 void frmOOF::ReadGameData() {
-    frmProgress progress(this);
-    PromptMessages messages(*prompts_, this);
-    game_.Hog.ReadHOGs(settings_, &progress);
-    game_.Gam.ReadGAMs(game_.Hog, settings_, &progress, &messages);
-    actions_->PopulateHOGlist();
+    {
+        frmProgress progress(this);
+        PromptMessages messages(*prompts_, this);
+        game_.Hog.ReadHOGs(settings_, &progress);
+        game_.Gam.ReadGAMs(game_.Hog, settings_, &progress, &messages);
+    }
+    emit gameDataChanged();
+}
+
+void frmOOF::LoadEffects() {
+    textures_->LoadGlow();
 }
 
 void frmOOF::ShowAbout() {
@@ -195,7 +209,7 @@ void frmOOF::ShowAbout() {
 }
 
 void frmOOF::StoreSettings() {
-    viewport_->StoreSettings();
+    doc_->display().StoreInto(settings_);
 }
 
 void frmOOF::closeEvent(QCloseEvent* e) {

@@ -1,6 +1,7 @@
 // frmOOF, the main window: lays out the left column (tree, tabs, panels), the viewport and
-// the animation strip, owns the document, the menus and the file commands, and keeps its
-// title in line with the model's file and unsaved changes.
+// the animation strip, owns the document, the model's textures, playback, the menus and the
+// file commands, and keeps its title in line with the model's file and unsaved changes. It
+// relays nothing: every view follows the document (or the textures, or playback) itself.
 #pragma once
 
 #include <QMainWindow>
@@ -12,21 +13,16 @@
 #include "gamedata/texture_loader.h"
 #include "model/oof.h"
 
-class QGroupBox;
 
 namespace mw {
 
-class AnimationStrip;
 class CheckDialog;
-class KeyMenu;
 class Document;
 class FileCommands;
 class MainActions;
-class ModelTree;
-class PanelHost;
+class ModelTextures;
+class Playback;
 class Prompts;
-class P3DImport;
-class Viewport;
 class frmPreferences;
 
 class frmOOF : public QMainWindow {
@@ -38,16 +34,11 @@ class frmOOF : public QMainWindow {
     ~frmOOF() override;
 
     Document& document() { return *doc_; }
-    Viewport& viewport() { return *viewport_; }
-    PanelHost& panels() { return *panels_; }
-    ModelTree& tree() { return *tree_; }
     MainActions& actions() { return *actions_; }
     FileCommands& files() { return *files_; }
     Prompts& prompts() { return *prompts_; }
-    QGroupBox& animationStrip() { return *fraAnimation_; }
-    AnimationStrip& animation() { return *strip_; }
-    KeyMenu& keyMenu() { return *keyMenu_; }
-    P3DImport& p3dImport() { return *import_; }
+    // True when the viewport has an OpenGL context (checked once at start-up).
+    bool ViewportReady() const;
 
     // Opens a file as the Open command does with that file chosen.
     bool LoadModel(const QString& path);
@@ -59,22 +50,29 @@ class frmOOF : public QMainWindow {
 
     // File > Preferences...: the dialog, then whatever its changes call for.
     void ShowPreferences();
-    // After the preferences dialog closed: Import P3D's enabling, the background picture,
-    // and, when a game-data path changed, the game data and (if asked) the model's textures.
+    // After the preferences dialog closed: the background picture, and, when a game-data path
+    // changed, the game data and (if asked) the model's textures.
     void ApplyPreferences(bool pathsChanged, bool backgroundChanged);
     // Runs the preferences dialog modally (tests set their own, which drives the dialog).
     using PreferencesRunner = std::function<void(frmPreferences&)>;
     void SetPreferencesRunner(PreferencesRunner run) { runPreferences_ = std::move(run); }
 
-    // Reads the game's archives and tables behind the progress bar and fills the archive
-    // model list.
+    // Reads the game's archives and tables behind the progress bar; says gameDataChanged.
     void ReadGameData();
+    // The effects that need game data: the glow sprites' texture.
+    void LoadEffects();
 
     // Where the program lives (for the manual).
     void SetProgramDir(const QString& dir) { programDir_ = dir; }
 
     // Writes the view options back into the settings.
     void StoreSettings();
+
+  signals:
+    // The game's archives and tables were read again (the archive list refills itself).
+    void gameDataChanged();
+    // The preferences dialog closed (what depends on stored paths checks them again).
+    void settingsChanged();
 
   protected:
     void closeEvent(QCloseEvent* e) override;
@@ -89,14 +87,10 @@ class frmOOF : public QMainWindow {
     GameData& game_;
     QPixmap logo_;
     QString programDir_;
-    Viewport* viewport_ = nullptr;
-    PanelHost* panels_ = nullptr;
-    ModelTree* tree_ = nullptr;
-    QGroupBox* fraAnimation_ = nullptr;
-    AnimationStrip* strip_ = nullptr;
-    KeyMenu* keyMenu_ = nullptr;
+    ModelTextures* textures_ = nullptr;
+    Playback* playback_ = nullptr;
+    QWidget* viewport_ = nullptr;
     FileCommands* files_ = nullptr;
-    P3DImport* import_ = nullptr;
     PreferencesRunner runPreferences_;
     MainActions* actions_ = nullptr;
     QWidget* help_ = nullptr;

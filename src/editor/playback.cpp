@@ -1,5 +1,6 @@
 #include "editor/playback.h"
 
+#include <QTimer>
 #include <cmath>
 
 namespace mw {
@@ -30,6 +31,32 @@ FrameRange CorrectFrameRange(FrameRange range, int edited) {
     range.start = std::nearbyint(range.start);
     range.end = std::nearbyint(range.end);
     return range;
+}
+
+Playback::Playback(Document& doc, QObject* parent) : QObject(parent), doc_(doc) {
+    setObjectName("playback");
+    clock_ = [this] { return frameClock_.Tick(); };
+    timer_ = new QTimer(this);
+    timer_->setObjectName("tmrAnimate");
+    timer_->setInterval(1);
+    connect(timer_, &QTimer::timeout, this, &Playback::Tick);
+    timer_->start();
+}
+
+void Playback::Tick() {
+    if (ticking_) return;
+    ticking_ = true;
+    timer_->stop();
+    const float elapsed = clock_();
+    if (doc_.animation().animPlaying) {
+        AnimationState next = doc_.animation();
+        const bool stopped = AdvancePlayback(next, elapsed);
+        doc_.SetCurrentFrame(next.curFrame);
+        if (stopped) doc_.SetPlaying(false);
+    }
+    emit ticked(elapsed);
+    timer_->start();
+    ticking_ = false;
 }
 
 }  // namespace mw

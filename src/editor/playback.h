@@ -1,8 +1,14 @@
-// The arithmetic of playback: one timer step over the played range, and the rules that keep
-// the range's start below its end.
+// Playback: the animation timer and its clock, one timer step over the played range, and the
+// rules that keep the range's start below its end.
 #pragma once
 
+#include <QObject>
+#include <functional>
+
 #include "editor/document.h"
+#include "view/animation.h"
+
+class QTimer;
 
 namespace mw {
 
@@ -19,5 +25,29 @@ struct FrameRange {
     float end = 1.0f;
 };
 FrameRange CorrectFrameRange(FrameRange range, int edited);
+
+// The animation timer: ticks as often as the system allows and measures each tick on a
+// monotonic clock. While the document plays, a tick moves its frame; every tick is then
+// announced, so the viewport can move animated textures and rotators.
+class Playback : public QObject {
+    Q_OBJECT
+  public:
+    explicit Playback(Document& doc, QObject* parent = nullptr);
+
+    // Seconds since the previous tick; tests give a clock of their own.
+    void SetClock(std::function<float()> clock) { clock_ = std::move(clock); }
+    // One tick. The timer is off while it runs, so a slow step never starts a second one.
+    void Tick();
+
+  signals:
+    void ticked(float elapsed);
+
+  private:
+    Document& doc_;
+    QTimer* timer_ = nullptr;
+    FrameClock frameClock_;
+    std::function<float()> clock_;
+    bool ticking_ = false;
+};
 
 }  // namespace mw

@@ -4,12 +4,12 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
-#include <QTimer>
 #include <cmath>
-#include <random>
 
 #include "editor/document.h"
 #include "editor/edit_commands.h"
+#include "editor/model_textures.h"
+#include "editor/playback.h"
 #include "editor/prompts.h"
 #include "gamedata/file_names.h"
 #include "model/structure.h"
@@ -33,27 +33,20 @@ bool WrapToOtherEdge(int& coord, int low, int high) {
 
 }  // namespace
 
-Viewport::Viewport(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
-                   QWidget* parent)
+Viewport::Viewport(Document& doc, const ModelTextures& textures, Playback& playback,
+                   Prompts& prompts, QWidget* parent)
     : QOpenGLWidget(parent),
       doc_(doc),
-      game_(game),
-      settings_(settings),
+      textures_(textures),
       prompts_(prompts),
-      missing_(MakeMissingTexture(std::random_device{}())) {
-    doc_.display() = DisplaySettings::From(settings);
+      applied_(doc.display()) {
     setObjectName("picMain");
     setAccessibleName("Viewport");
     setMouseTracking(true);
     setMinimumSize(200, 150);
-    // The animation timer: ticks as often as the system allows; motion follows the clock.
-    tmrAnimate_ = new QTimer(this);
-    tmrAnimate_->setObjectName("tmrAnimate");
-    tmrAnimate_->setInterval(1);
-    connect(tmrAnimate_, &QTimer::timeout, this, &Viewport::TimerTick);
-    tmrAnimate_->start();
+    connect(&playback, &Playback::ticked, this, &Viewport::Advance);
     connectSignals();
-    SetViewMode(doc_.display().Mode);
+    ShowModeCursor();
 }
 
 Viewport::~Viewport() {
@@ -67,10 +60,11 @@ Viewport::~Viewport() {
 void Viewport::connectSignals() {
     auto redraw = [this] { update(); };
     connect(&doc_, &Document::modelReset, this, [this] {
-        pendingLoad_ = true;
-        if (glReady_) LoadModelGL();
-        update();
+        viewAngles_.assign(doc_.model().SubObjects.size(), 0.0f);
+        FitView();
     });
+    connect(&textures_, &ModelTextures::texturesChanged, this, &Viewport::UploadTextures);
+    connect(&textures_, &ModelTextures::glowChanged, this, &Viewport::UploadGlow);
     // Lists hold each record's mesh in its own frame: only meshes that changed are compiled.
     connect(&doc_, &Document::structureChanged, this, [this] { FollowRadius(); });
     connect(&doc_, &Document::geometryChanged, this, [this](const std::vector<int>& records) {
@@ -84,45 +78,34 @@ void Viewport::connectSignals() {
         connect(&doc_, signal, this, redraw);
     }
     connect(&doc_, &Document::subObjectChanged, this, redraw);
-    connect(&doc_, &Document::displayChanged, this, redraw);
     connect(&doc_, &Document::keysChanged, this, redraw);
-}
-
-DisplaySettings& Viewport::display() {
-    return doc_.display();
+    connect(&doc_, &Document::displayChanged, this, &Viewport::FollowDisplay);
+    connect(&doc_, &Document::backgroundRequested, this, &Viewport::LoadBackground);
 }
 
 void Viewport::initializeGL() {
     if (!renderer_.InitGLState())
         prompts_.Message(this, "Failure creating Fonts", PromptIcon::None);
     glReady_ = true;
-    if (effectsWanted_) LoadEffects();
-    if (pendingLoad_) LoadModelGL();
+    applied_ = doc_.display();
+    renderer_.ApplyFiltering(applied_.BilinearFiltering);
+    UploadGlow();
+    LoadBackground();
+    UploadTextures();
 }
 
-void Viewport::LoadEffects() {
-    effectsWanted_ = !glReady_;
+void Viewport::UploadGlow() {
     if (!glReady_) return;
-    renderer_.ApplyFiltering(settings_.BilinearFiltering);
-    LoadGlowTexture();
-    ReloadBackground();
-}
-
-void Viewport::LoadGlowTexture() {
-    std::optional<DecodedImage> glow = DecodeGameTexture("thrustball", game_, settings_);
-    if (!glow) {
-        prompts_.Message(this, "Glow Texture-thrustball.ogf not found. Creating similar texture.",
-                         PromptIcon::None);
-        glow = GeneratedGlowImage();
-    }
+    const TexturePicture& glow = textures_.glow();
     makeCurrent();
-    renderer_.UploadGlowTexture(glow->Width, glow->Height, glow->Pixels.data());
+    renderer_.UploadGlowTexture(glow.Width, glow.Height, glow.Pixels.data());
     doneCurrent();
+    update();
 }
 
-void Viewport::ReloadBackground() {
+void Viewport::LoadBackground() {
     if (!glReady_) return;
-    const std::string& picture = settings_.BackgroundImage;
+    const std::string& picture = doc_.display().BackgroundImage;
     std::optional<BackgroundImage> image;
     if (!picture.empty() && picture.find('.') != std::string::npos &&
         FindFileIgnoringCase(picture)) {
@@ -132,46 +115,51 @@ void Viewport::ReloadBackground() {
                              PromptIcon::None);
         }
     }
-    if (!image) settings_.BackgroundImage.clear();
     makeCurrent();
     renderer_.UploadBackground(image ? &*image : nullptr);
     doneCurrent();
-    emit viewChanged();
     update();
+    // A picture that cannot be shown is no longer named.
+    if (!image && !picture.empty()) {
+        DisplaySettings d = doc_.display();
+        d.BackgroundImage.clear();
+        doc_.SetDisplay(d);
+    }
 }
 
-void Viewport::UploadModelTextures() {
-    ModelData& model = doc_.model();
-    makeCurrent();
-    LoadModelTextures(model, doc_.ModelPath().toStdString(), game_, settings_, missing_, renderer_,
-                      textures_);
-    renderer_.BuildSubObjectLists(model, textures_.Slots);
-    doneCurrent();
-}
-
-void Viewport::ReloadModelTextures() {
+// The textures as resolved for the model, uploaded, and the lists compiled with them.
+void Viewport::UploadTextures() {
     if (!glReady_) return;
-    UploadModelTextures();
-    LoadGlowTexture();
-    emit texturesLoaded();
+    shown_ = textures_.loaded();
+    makeCurrent();
+    textures_.UploadTo(renderer_);
+    renderer_.BuildSubObjectLists(doc_.model(), shown_.Slots);
+    doneCurrent();
+    viewAngles_.resize(doc_.model().SubObjects.size(), 0.0f);
     update();
 }
 
-// The GL half of a load: textures, display lists, camera.
-void Viewport::LoadModelGL() {
-    pendingLoad_ = false;
-    UploadModelTextures();
-    const ModelData& model = doc_.model();
-    viewAngles_.assign(model.SubObjects.size(), 0.0f);
-    FitView();
-    emit texturesLoaded();
+void Viewport::FollowDisplay() {
+    const DisplaySettings& d = doc_.display();
+    if (d.Mode != applied_.Mode) ShowModeCursor();
+    if (glReady_) {
+        makeCurrent();
+        if (d.BilinearFiltering != applied_.BilinearFiltering)
+            renderer_.ApplyFiltering(d.BilinearFiltering);
+        // Off: every animated texture back to its first frame, every slide back to the start.
+        if (!d.TextureAnimation && applied_.TextureAnimation)
+            ApplyTextureChanges(renderer_, ResetTextures(shown_.Slots), shown_);
+        doneCurrent();
+    }
+    applied_ = d;
+    update();
 }
 
 void Viewport::RebuildLists(const std::vector<int>& records) {
     if (glReady_) {
         makeCurrent();
         if (records.empty()) {
-            renderer_.BuildSubObjectLists(doc_.model(), textures_.Slots);
+            renderer_.BuildSubObjectLists(doc_.model(), shown_.Slots);
         } else {
             for (int r : records)
                 renderer_.CompileSubObject(doc_.model(), r);
@@ -230,9 +218,8 @@ void Viewport::FitView() {
     update();
 }
 
-void Viewport::SetViewMode(ViewMode mode) {
-    doc_.display().Mode = mode;
-    switch (mode) {
+void Viewport::ShowModeCursor() {
+    switch (doc_.display().Mode) {
         case ViewMode::Selection:
             setCursor(Qt::ArrowCursor);
             break;
@@ -246,71 +233,25 @@ void Viewport::SetViewMode(ViewMode mode) {
             setCursor(Qt::SizeAllCursor);
             break;
     }
-    emit viewChanged();
-    update();
 }
 
-void Viewport::SetViewType(ViewType type) {
-    doc_.display().Type = type;
-    emit viewChanged();
-    update();
-}
-
-void Viewport::SetTextureAnimation(bool on) {
-    settings_.TextureAnimation = on;
-    if (on || !glReady_) return;
-    // Off: every animated texture back to its first frame, every slide back to the start.
-    makeCurrent();
-    ApplyTextureChanges(renderer_, ResetTextures(textures_.Slots), textures_);
-    doneCurrent();
-    clock_.Reset();
-    update();
-}
-
-void Viewport::TimerTick() {
-    if (ticking_) return;
-    ticking_ = true;
-    tmrAnimate_->stop();
-    UpdateView(true);
-    tmrAnimate_->start();
-    ticking_ = false;
-}
-
-bool Viewport::UpdateView(bool fromTimer) {
-    const float elapsed = clock_.Tick();
-    if (fromTimer) emit ticked(elapsed);
+void Viewport::Advance(float elapsed) {
     const bool ready = doc_.modelReady() && glReady_;
     const bool minimized = window() != nullptr && window()->isMinimized();
+    if (!ready || minimized) return;
+    const DisplaySettings& d = doc_.display();
     bool changed = false;
-    if (settings_.TextureAnimation && ready && !minimized &&
-        doc_.display().Type == ViewType::Textured) {
-        const TextureChanges changes = AdvanceTextures(textures_.Slots, elapsed);
+    if (d.TextureAnimation && d.Type == ViewType::Textured) {
+        const TextureChanges changes = AdvanceTextures(shown_.Slots, elapsed);
         if (changes.any()) {
             makeCurrent();
-            ApplyTextureChanges(renderer_, changes, textures_);
+            ApplyTextureChanges(renderer_, changes, shown_);
             doneCurrent();
             changed = true;
         }
     }
-    if (doc_.display().RotatorAnimation && ready) {
-        changed = AdvanceRotators(doc_.model(), viewAngles_, elapsed) || changed;
-    }
-    if (minimized || (fromTimer && !changed)) return false;
-    update();
-    return true;
-}
-
-void Viewport::StoreSettings() {
-    settings_.Facing = doc_.display().Facing;
-    settings_.GlowEffects = doc_.display().Glow;
-    settings_.ShowBackground = doc_.display().ShowBackground;
-    settings_.RotatorAnimation = doc_.display().RotatorAnimation;
-    settings_.ViewTrajectories = doc_.display().ViewTrajectories;
-    settings_.ViewMode = static_cast<std::int16_t>(doc_.display().Mode);
-    settings_.View = doc_.display().Type;
-    settings_.ThreeDMode = doc_.display().ThreeD;
-    settings_.ViewPoints = doc_.display().ViewPoints;
-    settings_.ViewNormals = doc_.display().ViewNormals;
+    if (d.RotatorAnimation) changed = AdvanceRotators(doc_.model(), viewAngles_, elapsed) || changed;
+    if (changed) update();
 }
 
 void Viewport::HoverSubObject(int s) {

@@ -1,7 +1,8 @@
 // The main viewport: the renderer in a QOpenGLWidget, steered with the mouse in the four
 // modes (Selection, Zoom, Rotate, Pan), with picking and dragging of sub-objects. It owns the
-// view state (camera, display settings, the model's textures, rotator angles) and follows
-// the document: a new model loads its textures and lists, an edit rebuilds what it changed.
+// camera and the rotator angles and follows everything else: the document (a new model fits
+// the camera, an edit rebuilds what it changed, display settings apply), the model's textures
+// (uploaded as they change) and the playback timer (animated textures, rotators).
 #pragma once
 
 #include <QOpenGLWidget>
@@ -11,24 +12,22 @@
 #include "view/animation.h"
 #include "view/renderer.h"
 
-class QTimer;
-
 namespace mw {
 
 class Document;
+class ModelTextures;
+class Playback;
 class Prompts;
 
 class Viewport : public QOpenGLWidget {
     Q_OBJECT
   public:
-    Viewport(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
+    Viewport(Document& doc, const ModelTextures& textures, Playback& playback, Prompts& prompts,
              QWidget* parent = nullptr);
     ~Viewport() override;
 
     Renderer& renderer() { return renderer_; }
     Camera& camera() { return camera_; }
-    DisplaySettings& display();
-    const LoadedTextures& textures() const { return textures_; }
     const std::vector<float>& viewAngles() const { return viewAngles_; }
     bool glReady() const { return glReady_; }
 
@@ -36,42 +35,13 @@ class Viewport : public QOpenGLWidget {
     void FitView();
     // Draws one frame with picking at a pixel and returns the sub-object there, or -1.
     int PickAt(int x, int y);
-    void SetViewMode(ViewMode mode);
-    void SetViewType(ViewType type);
-    void SetTextureAnimation(bool on);
-    // Loads the glow sprites' texture and the background picture (once the game data has
-    // been read); waits for the OpenGL context when it is not there yet.
-    void LoadEffects();
-    // The glow sprites' texture from the game data (or a made one).
-    void LoadGlowTexture();
-    // The background picture the settings name, or none.
-    void ReloadBackground();
-    // The model's textures resolved again (after the game data changed), and the glow.
-    void ReloadModelTextures();
-
-    // The update routine: advances the clock, the texture animation and the rotators, and
-    // redraws when something changed (always when not called from the timer). Returns true
-    // when a frame was drawn.
-    bool UpdateView(bool fromTimer);
-    // One tick of the animation timer: the timer is off while the tick runs, so a slow step
-    // or redraw never starts a second one.
-    void TimerTick();
 
     // Selection-mode mouse handling, as the mouse events drive it.
     void HoverSubObject(int s);
     void DropSubObject(bool dragging, bool shift);
 
-    // Writes the view options back into the settings.
-    void StoreSettings();
-
   signals:
     void contextMenuRequested(QPoint globalPos);
-    void viewChanged();  // mode or view type
-    // A model's textures were resolved and uploaded (game names are known now).
-    void texturesLoaded();
-    // A timer tick, `elapsed` seconds after the previous one, before the view is updated
-    // (playback advances the frame here).
-    void ticked(float elapsed);
 
   protected:
     void initializeGL() override;
@@ -82,33 +52,34 @@ class Viewport : public QOpenGLWidget {
 
   private:
     void connectSignals();
-    void LoadModelGL();
-    // Resolves and uploads the model's textures and compiles its lists.
-    void UploadModelTextures();
+    // The model's textures and lists, once there is a context.
+    void UploadTextures();
+    void UploadGlow();
+    void LoadBackground();
+    void FollowDisplay();
+    void ShowModeCursor();
+    // One tick of the animation timer: animated textures and rotators move; redraws when
+    // something moved.
+    void Advance(float elapsed);
     void RebuildLists(const std::vector<int>& records);
     void FollowRadius();
     FrameInput Input() const;
     void WrapCursor(bool horizontal, bool vertical);
 
     Document& doc_;
-    GameData& game_;
-    Settings& settings_;
+    const ModelTextures& textures_;
     Prompts& prompts_;
     Renderer renderer_;
     Camera camera_;
-    LoadedTextures textures_;
-    std::vector<std::uint32_t> missing_;
+    // The textures as shown: their animation clocks run here.
+    LoadedTextures shown_;
+    DisplaySettings applied_;  // the display the GL state was last set for
     std::vector<float> viewAngles_;
-    FrameClock clock_;
-    QTimer* tmrAnimate_ = nullptr;
     float fittedRadius_ = 0.0f;
     Qt::MouseButton button_ = Qt::NoButton;
     bool dragging_ = false;
     bool reanchorX_ = false, reanchorY_ = false;
     bool glReady_ = false;
-    bool pendingLoad_ = false;
-    bool effectsWanted_ = false;
-    bool ticking_ = false;
 };
 
 }  // namespace mw

@@ -150,9 +150,13 @@ void clsGAM::ReadGAMs(const clsHOG& hog, Settings& settings, ProgressSink* progr
     }
 }
 
-void clsGAM::GetGAMTexInfo(ModelData& model, std::vector<TextureSlot>& slots) const {
+std::vector<TextureNames> clsGAM::GetGAMTexInfo(const ModelData& model,
+                                                std::vector<TextureSlot>& slots) const {
+    std::vector<TextureNames> names;
+    names.reserve(model.Textures.size());
     for (std::size_t t = 0; t < model.Textures.size(); ++t) {
-        Texture& tex = model.Textures[t];
+        const Texture& tex = model.Textures[t];
+        TextureNames resolved{tex.GameName, tex.Name};
         const GamTextureEntry* match = nullptr;
         // By file name first, then by game name; an empty name looks the game name up.
         const std::string& key = tex.Name.empty() ? tex.GameName : tex.Name;
@@ -164,21 +168,29 @@ void clsGAM::GetGAMTexInfo(ModelData& model, std::vector<TextureSlot>& slots) co
         }
         if (match != nullptr) {
             if (tex.Name.empty()) {
-                tex.Name = match->FileName;
+                resolved.FileName = match->FileName;
             } else {
-                tex.GameName = match->TexName;
+                resolved.GameName = match->TexName;
             }
         } else {
             for (const auto& e : Textures) {
                 if (NameMatches(tex.Name.empty() ? e.FileName : e.TexName, key, true)) {
                     match = &e;
-                    tex.GameName = e.TexName;
-                    tex.Name = e.FileName;
+                    resolved = {e.TexName, e.FileName};
                     break;
                 }
             }
         }
         if (match != nullptr && t < slots.size()) slots[t].Gam = match->Properties;
+        names.push_back(std::move(resolved));
+    }
+    return names;
+}
+
+void ApplyTextureNames(ModelData& model, const std::vector<TextureNames>& names) {
+    for (std::size_t t = 0; t < model.Textures.size() && t < names.size(); ++t) {
+        model.Textures[t].GameName = names[t].GameName;
+        model.Textures[t].Name = names[t].FileName;
     }
 }
 

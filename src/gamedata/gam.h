@@ -26,6 +26,17 @@ struct GamTextureEntry {
     GamTextureProperties Properties;
 };
 
+// What the tables make of one model texture: the name the game knows it by and the image
+// file it loads from (without extension). A texture no table knows keeps its own names.
+struct TextureNames {
+    std::string GameName;
+    std::string FileName;
+};
+
+// The model's texture records with the resolved names in place of their own (for a room's
+// texture list, which names textures by their game names).
+void ApplyTextureNames(ModelData& model, const std::vector<TextureNames>& names);
+
 struct GamObjectEntry {
     std::string ObjName;
     std::string Model1, Model2, Model3;  // lower case
@@ -43,8 +54,10 @@ class clsGAM {
     void ReadGamTable(std::span<const std::uint8_t> table, std::uint64_t base, std::uint8_t source,
                       ProgressSink* progress);
 
-    // Gives each model texture its game and file names and its GAM properties.
-    void GetGAMTexInfo(ModelData& model, std::vector<TextureSlot>& slots) const;
+    // Each model texture's game name and image file name as the tables resolve them, and
+    // its GAM properties into `slots`. The model is not changed.
+    std::vector<TextureNames> GetGAMTexInfo(const ModelData& model,
+                                            std::vector<TextureSlot>& slots) const;
 
     // The kind of the object that uses the model file, or 0.
     std::uint8_t GetGAMOBJInfo(std::string_view modelPath) const;

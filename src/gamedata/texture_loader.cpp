@@ -82,7 +82,7 @@ DecodedImage GeneratedGlowImage() {
     return image;
 }
 
-void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData& data,
+void LoadModelTextures(const ModelData& model, const std::string& modelPath, GameData& data,
                        const Settings& settings, const std::vector<std::uint32_t>& missing,
                        TextureUploader& uploader, LoadedTextures& out) {
     out = LoadedTextures{};
@@ -93,7 +93,7 @@ void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData&
     uploader.AllocModelTextures(count);
     out.Slots.assign(model.Textures.size(), TextureSlot{});
     out.Resolved.assign(model.Textures.size(), ResolvedTexture{});
-    data.Gam.GetGAMTexInfo(model, out.Slots);
+    out.Names = data.Gam.GetGAMTexInfo(model, out.Slots);
     out.ObjectKind = data.Gam.GetGAMOBJInfo(modelPath);
 
     clsOGF& ogf = data.Ogf;
@@ -101,7 +101,7 @@ void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData&
         const auto ti = static_cast<std::size_t>(t);
         TextureSlot& slot = out.Slots[ti];
         ResolvedTexture& resolved = out.Resolved[ti];
-        const TexLookup found = data.Hog.GetTexIndex(model.Textures[ti].Name, settings);
+        const TexLookup found = data.Hog.GetTexIndex(out.Names[ti].FileName, settings);
 
         std::optional<std::vector<std::uint8_t>> bytes;
         bool animation = false;

@@ -42,6 +42,7 @@ struct ResolvedTexture {
 
 struct LoadedTextures {
     std::vector<TextureSlot> Slots;
+    std::vector<TextureNames> Names;  // as the tables resolve them; the model keeps its own
     std::vector<ResolvedTexture> Resolved;
     FrameStore Frames;
     std::uint8_t ObjectKind = 0;
@@ -70,7 +71,9 @@ std::optional<DecodedImage> DecodeGameTexture(std::string_view name, GameData& d
 // at radius 32, 64 x 64.
 DecodedImage GeneratedGlowImage();
 
-void LoadModelTextures(ModelData& model, const std::string& modelPath, GameData& data,
+// Resolves, decodes and hands to `uploader` every texture of the model; the model is not
+// changed (what the tables resolve is kept in `out`).
+void LoadModelTextures(const ModelData& model, const std::string& modelPath, GameData& data,
                        const Settings& settings, const std::vector<std::uint32_t>& missing,
                        TextureUploader& uploader, LoadedTextures& out);
 

@@ -38,7 +38,26 @@ DisplaySettings DisplaySettings::From(const Settings& s) {
     d.Facing = s.Facing;
     d.Glow = s.GlowEffects;
     d.ShowBackground = s.ShowBackground;
+    d.TextureAnimation = s.TextureAnimation;
+    d.BilinearFiltering = s.BilinearFiltering;
+    d.BackgroundImage = s.BackgroundImage;
     return d;
+}
+
+void DisplaySettings::StoreInto(Settings& s) const {
+    s.View = Type;
+    s.ViewMode = static_cast<std::int16_t>(Mode);
+    s.ThreeDMode = ThreeD;
+    s.ViewPoints = ViewPoints;
+    s.ViewNormals = ViewNormals;
+    s.ViewTrajectories = ViewTrajectories;
+    s.RotatorAnimation = RotatorAnimation;
+    s.Facing = Facing;
+    s.GlowEffects = Glow;
+    s.ShowBackground = ShowBackground;
+    s.TextureAnimation = TextureAnimation;
+    s.BilinearFiltering = BilinearFiltering;
+    s.BackgroundImage = BackgroundImage;
 }
 
 }  // namespace mw

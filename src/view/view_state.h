@@ -52,9 +52,16 @@ struct DisplaySettings {
     bool ShowBackground = true;
     // The small axis tripod in the corner (pictures of a model alone leave it out).
     bool ShowAxisOverlay = true;
+    bool TextureAnimation = true;
+    bool BilinearFiltering = false;
+    std::string BackgroundImage;  // the picture behind the model; empty for none
+
+    bool operator==(const DisplaySettings&) const = default;
 
     // Taken from the settings file's options.
     static DisplaySettings From(const Settings& s);
+    // Written back into the settings file's options.
+    void StoreInto(Settings& s) const;
 };
 
 // The main window's selection state that the renderer reads.

@@ -12,7 +12,8 @@
 #include "editor/panels/panel_host.h"
 #include "editor/widgets/key_control.h"
 #include "editor/widgets/spin_control.h"
-#include "editor_window.h"
+#include "editor/playback.h"
+#include "support/editor_window.h"
 #include "model/keys.h"
 #include "support/sample_document.h"
 
@@ -23,8 +24,8 @@ using AnimationWindowTest = EditorTest;
 
 TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
     ASSERT_TRUE(window_->LoadModel(kShip));
-    keyControl& timeline = window_->animation().timeline();
-    KeyMenu& keys = window_->keyMenu();
+    keyControl& timeline = Part<AnimationStrip>().timeline();
+    KeyMenu& keys = Part<KeyMenu>();
     QMenu* menu = window_->actions().menu("mnuAnimation");
     emit menu->aboutToShow();
     EXPECT_FALSE(Action("mnuAnimationCut")->isEnabled());  // nothing selected
@@ -32,7 +33,7 @@ TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
 
     // The hatch (6): Copy All over the range 5..20 holds its keys at 10 and 20 as 5 and 15.
     doc().SelectSubObject(6);
-    auto* start = window_->animation().findChild<spinControl*>("txtFrameRange_0");
+    auto* start = Part<AnimationStrip>().findChild<spinControl*>("txtFrameRange_0");
     start->SetValue(5.0f);
     ASSERT_EQ(timeline.minFrame(), 5);
     emit menu->aboutToShow();
@@ -43,7 +44,7 @@ TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
     ASSERT_EQ(keys.clipboard().AllPositions.size(), 2u);
 
     // Pasted on the turret at 40 (the range end moved out first): keys at 45 and 55, one step.
-    window_->animation().findChild<spinControl*>("txtFrameRange_1")->SetValue(100.0f);
+    Part<AnimationStrip>().findChild<spinControl*>("txtFrameRange_1")->SetValue(100.0f);
     doc().SelectSubObject(3);
     doc().GoToFrame(40.0f);
     const auto before = test::SavedBytes(doc().model());
@@ -72,12 +73,12 @@ TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
     EXPECT_TRUE(Action("mnuCutKey")->isEnabled());
     // Both kinds at 10; the positional filter copies only the position key.
     doc().Apply(MakeKeyPresenceCommand(doc(), 3, 10, KeyKind::Position, true));
-    doc().animation().keyFilter = 1;
+    doc().SetKeyFilter(1);
     keys.CopyKey();
     EXPECT_TRUE(keys.clipboard().singleKeyHeld);
     EXPECT_TRUE(keys.clipboard().Position);
     EXPECT_FALSE(keys.clipboard().Rotation);
-    doc().animation().keyFilter = 0;
+    doc().SetKeyFilter(0);
     keys.CutKey();
     EXPECT_LT(GetRANIindex(doc().model(), 3, 10, true), 0);
     EXPECT_LT(GetPANIindex(doc().model(), 3, 10, true), 0);
@@ -91,7 +92,7 @@ TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
 TEST_F(AnimationWindowTest, RightClickOnTheTimelinePopsUpTheMenuWithoutItsViewItems) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     doc().SelectSubObject(6);
-    keyControl& timeline = window_->animation().timeline();
+    keyControl& timeline = Part<AnimationStrip>().timeline();
     const QRect track = timeline.KeyTrackRect();
     QMenu* menu = window_->actions().menu("mnuAnimation");
     QTest::mousePress(&timeline, Qt::RightButton, Qt::NoModifier,
@@ -109,7 +110,7 @@ TEST_F(AnimationWindowTest, PlaybackRunsOnTheViewportTimer) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     // A tick that takes long and spins the event loop does not start a second one.
     int depth = 0, deepest = 0;
-    QObject::connect(&window_->viewport(), &Viewport::ticked, [&] {
+    QObject::connect(&Part<Playback>(), &Playback::ticked, [&] {
         deepest = std::max(deepest, ++depth);
         QTest::qWait(5);
         --depth;
@@ -129,14 +130,14 @@ TEST_F(AnimationWindowTest, PlaybackRunsOnTheViewportTimer) {
 TEST_F(AnimationWindowTest, EveryControlHasAnAccessibleName) {
     ShowTab("Animation");
     // The panel's view switches and the menu's are the same.
-    QWidget* panel = window_->panels().FindPanel("Animation");
+    QWidget* panel = panels().FindPanel("Animation");
     panel->findChild<QAbstractButton*>("chkViewTrajectories")->click();
     EXPECT_EQ(Action("mnuViewTrajectories")->isChecked(), doc().display().ViewTrajectories);
     Action("mnuViewRotator")->trigger();
     EXPECT_EQ(panel->findChild<QAbstractButton*>("chkViewRotators")->isChecked(),
               doc().display().RotatorAnimation);
     for (QWidget* root :
-         {window_->panels().FindPanel("Animation"), static_cast<QWidget*>(&window_->animation())}) {
+         {panels().FindPanel("Animation"), static_cast<QWidget*>(&Part<AnimationStrip>())}) {
         for (QWidget* w : root->findChildren<QWidget*>()) {
             if (qobject_cast<QAbstractButton*>(w) == nullptr &&
                 qobject_cast<QLineEdit*>(w) == nullptr && qobject_cast<keyControl*>(w) == nullptr)
@@ -152,16 +153,15 @@ TEST_F(AnimationWindowTest, Screenshot) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     ShowTab("Animation");
     doc().SelectSubObject(3);
-    doc().display().ViewTrajectories = true;
-    doc().DisplayChanged();
+    doc().SetDisplayFlag(&DisplaySettings::ViewTrajectories, true);
     doc().GoToFrame(10.0f);
-    window_->animation().timeline().SelectKey(10);
+    Part<AnimationStrip>().timeline().SelectKey(10);
     QTest::qWait(100);
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-animation.png")));
 
     // A strip of the ship's animation with the hatch's trajectory: frames 0 to 20 in steps
     // of 5, each the middle of the viewport.
-    window_->viewport().SetViewType(ViewType::Textured);
+    doc().SetViewType(ViewType::Textured);
     doc().SelectSubObject(6);
     const int frames[] = {0, 5, 10, 15, 20};
     const QSize cell(320, 240);

@@ -22,8 +22,9 @@
 #include "editor/panels/panel_host.h"
 #include "editor/recent_files.h"
 #include "editor/tree/tree_control.h"
+#include "editor/model_textures.h"
 #include "editor/viewport.h"
-#include "editor_window.h"
+#include "support/editor_window.h"
 #include "support/sample_document.h"
 #include "support/scripted_prompts.h"
 
@@ -34,12 +35,12 @@ TEST_F(EditorTest, OpensTheSampleTexturedAndPicksItsParts) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     QTest::qWait(50);
     EXPECT_TRUE(doc().modelReady());
-    for (const auto& r : window_->viewport().textures().Resolved)
+    for (const auto& r : Part<ModelTextures>().loaded().Resolved)
         EXPECT_TRUE(r.Decoded);
 
     // Find a grey pixel of the hull (its texture) by picking over a grid; a corner picks
     // nothing.
-    Viewport& view = window_->viewport();
+    Viewport& view = viewport();
     const QImage image = ViewportImage();
     EXPECT_EQ(view.PickAt(3, 3), -1);
     int hx = -1, hy = -1;
@@ -64,24 +65,24 @@ TEST_F(EditorTest, OpensTheSampleTexturedAndPicksItsParts) {
 TEST_F(EditorTest, ADropInTheViewportIsOneUndoableStep) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     const auto before = test::SavedBytes(doc().model());
-    const int lists = window_->viewport().renderer().ListBuilds();
+    const int lists = viewport().renderer().ListBuilds();
     doc().SelectSubObject(4);  // the radar, a child of the turret (3)
-    window_->viewport().HoverSubObject(3);
-    window_->viewport().DropSubObject(true, false);  // onto its own parent: nothing to do
+    viewport().HoverSubObject(3);
+    viewport().DropSubObject(true, false);  // onto its own parent: nothing to do
     EXPECT_EQ(doc().undoStack().count(), 0);
 
     doc().SelectSubObject(3);
-    window_->viewport().HoverSubObject(4);
-    window_->viewport().DropSubObject(true, false);  // onto its own child: refused
+    viewport().HoverSubObject(4);
+    viewport().DropSubObject(true, false);  // onto its own child: refused
     ASSERT_EQ(prompts_.messages.size(), 1u);
     EXPECT_EQ(prompts_.messages[0].text, "You can not make a Sub-Object a child of its children");
 
     doc().SelectSubObject(4);
-    window_->viewport().HoverSubObject(1);  // over the left wing
-    window_->viewport().DropSubObject(true, false);
+    viewport().HoverSubObject(1);  // over the left wing
+    viewport().DropSubObject(true, false);
     EXPECT_EQ(doc().model().Sub(4).Parent, 1);
     EXPECT_EQ(doc().selection().curSOBJ, 4);
-    EXPECT_EQ(window_->viewport().renderer().ListBuilds(), lists);  // no mesh changed
+    EXPECT_EQ(viewport().renderer().ListBuilds(), lists);  // no mesh changed
     EXPECT_EQ(Action("mnuEditUndo")->text(), "Undo Change Parent");
     EXPECT_TRUE(window_->isWindowModified());
     EXPECT_EQ(window_->windowTitle(), "ship.oof[*] - Meshwright");
@@ -183,7 +184,7 @@ TEST_F(EditorTest, ToolBarButtonsHaveTipsIconsAndNames) {
     }
     // The mode and view-type buttons follow the menus and the other way round.
     Action("zoom")->trigger();
-    EXPECT_EQ(window_->viewport().display().Mode, ViewMode::Zoom);
+    EXPECT_EQ(doc().display().Mode, ViewMode::Zoom);
     EXPECT_TRUE(Action("mnuViewMode_1")->isChecked());
     Action("mnuViewType_0")->trigger();
     EXPECT_TRUE(Action("wireframe")->isChecked());
@@ -191,7 +192,7 @@ TEST_F(EditorTest, ToolBarButtonsHaveTipsIconsAndNames) {
     const bool points = Action("viewpoints")->isChecked();
     Action("mnuViewPoints")->trigger();
     EXPECT_NE(Action("viewpoints")->isChecked(), points);
-    EXPECT_NE(window_->viewport().display().ViewPoints, points);
+    EXPECT_NE(doc().display().ViewPoints, points);
     EXPECT_EQ(window_->actions().hogList().objectName(), "cboHOG");
 }
 
@@ -252,10 +253,10 @@ TEST_F(EditorTest, ScalingReportsRefusalsAndRefitsTheCamera) {
               "Scalng would result in a Model Radius > 90000.0 - Scaling not done.");
     EXPECT_EQ(doc().undoStack().count(), 0);
 
-    const float zoom = window_->viewport().camera().Zoom;
+    const float zoom = viewport().camera().Zoom;
     window_->actions().ScaleBy(200.0f);
     EXPECT_FLOAT_EQ(doc().model().Header.Radius, radius * 2.0f);
-    EXPECT_LT(window_->viewport().camera().Zoom, zoom);  // the camera moved back
+    EXPECT_LT(viewport().camera().Zoom, zoom);  // the camera moved back
     EXPECT_EQ(Action("mnuEditUndo")->text(), "Undo Scale Model");
 }
 
@@ -293,21 +294,21 @@ TEST_F(EditorTest, ClosingWithUnsavedChangesAsksFirst) {
 }
 
 TEST_F(EditorTest, TheLeftColumnKeepsItsSplitAndStartsOnTheMainFrame) {
-    PanelHost& panels = window_->panels();
-    EXPECT_EQ(panels.shownPanel(), "Main");
-    EXPECT_FALSE(panels.tabs().isEnabled());  // nothing in the tree yet
+    PanelHost& host = panels();
+    EXPECT_EQ(host.shownPanel(), "Main");
+    EXPECT_FALSE(host.tabs().isEnabled());  // nothing in the tree yet
     QStringList tabs;
-    for (int i = 0; i < panels.tabs().count(); ++i)
-        tabs << panels.tabs().tabText(i);
+    for (int i = 0; i < host.tabs().count(); ++i)
+        tabs << host.tabs().tabText(i).remove('&');
     EXPECT_EQ(tabs, (QStringList{"Properties", "Textures", "Batteries", "Animation"}));
-    panels.SetTreeSplit(0.0f);
-    EXPECT_FLOAT_EQ(panels.treeSplit(), 0.1f);
+    host.SetTreeSplit(0.0f);
+    EXPECT_FLOAT_EQ(host.treeSplit(), 0.1f);
     QApplication::processEvents();
-    const QWidget& tree = panels.tree();
-    EXPECT_LT(tree.height(), panels.height() / 4);
-    panels.SetTreeSplit(0.95f);
-    EXPECT_FLOAT_EQ(panels.treeSplit(), 0.8f);
-    EXPECT_GT(tree.height(), panels.height() / 2);
+    const QWidget& tree = host.tree();
+    EXPECT_LT(tree.height(), host.height() / 4);
+    host.SetTreeSplit(0.95f);
+    EXPECT_FLOAT_EQ(host.treeSplit(), 0.8f);
+    EXPECT_GT(tree.height(), host.height() / 2);
 }
 
 TEST_F(EditorTest, EveryControlHasAnAccessibleName) {

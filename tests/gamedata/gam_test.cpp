@@ -76,20 +76,32 @@ TEST(Gam, ModelTexturesTakeTheirGameNamesAndProperties) {
                   {"Grate", "", ""},           // only a game name
                   {"GRATE", "", ""},           // a game name given as a file name
                   {"", "unknown", "unknown"}};
+    const ModelData before = m;
     std::vector<TextureSlot> slots(m.Textures.size());
-    gam.GetGAMTexInfo(m, slots);
-    EXPECT_EQ(m.Textures[0].GameName, "Brick Wall");
-    EXPECT_EQ(m.Textures[0].Name, "brick01");
+    const std::vector<TextureNames> names = gam.GetGAMTexInfo(m, slots);
+    ASSERT_EQ(names.size(), 5u);
+    EXPECT_EQ(names[0].GameName, "Brick Wall");
+    EXPECT_EQ(names[0].FileName, "brick01");
     EXPECT_EQ(slots[0].Gam.GamFlags, 7u);
-    EXPECT_EQ(m.Textures[1].GameName, "Lava");
-    EXPECT_EQ(m.Textures[1].Name, "lava01");
+    EXPECT_EQ(names[1].GameName, "Lava");
+    EXPECT_EQ(names[1].FileName, "lava01");
     EXPECT_EQ(slots[1].Gam.AnimationTime(), 4.0f);
-    EXPECT_EQ(m.Textures[2].Name, "grate");
-    EXPECT_EQ(m.Textures[3].GameName, "Grate");
-    EXPECT_EQ(m.Textures[3].Name, "grate");
+    EXPECT_EQ(names[2].FileName, "grate");
+    EXPECT_EQ(names[3].GameName, "Grate");
+    EXPECT_EQ(names[3].FileName, "grate");
     EXPECT_EQ(slots[3].Gam.GamFlags, 11u);
-    EXPECT_EQ(m.Textures[4].Name, "unknown");
+    EXPECT_EQ(names[4].FileName, "unknown");
+    EXPECT_EQ(names[4].GameName, "");
     EXPECT_EQ(slots[4].Gam.GamFlags, 0u);
+    // The lookup leaves the model's own names as they were ("LAVA" stays "LAVA").
+    for (std::size_t t = 0; t < m.Textures.size(); ++t) {
+        EXPECT_EQ(m.Textures[t].Name, before.Textures[t].Name);
+        EXPECT_EQ(m.Textures[t].GameName, before.Textures[t].GameName);
+    }
+    // A room's texture list takes the resolved names.
+    ApplyTextureNames(m, names);
+    EXPECT_EQ(m.Textures[1].Name, "lava01");
+    EXPECT_EQ(m.Textures[1].GameName, "Lava");
 }
 
 TEST(Gam, TablesAccumulateInSlotOrderAndOverflowStopsReading) {

@@ -62,7 +62,8 @@ TEST_F(TextureLoaderTest, TheSampleResolvesEveryTexture) {
         EXPECT_TRUE(r.Decoded);
         EXPECT_EQ(r.Source, TextureSource::D3);
     }
-    EXPECT_EQ(model.Textures[1].GameName, "Sample Wing Stripes");
+    EXPECT_EQ(loaded_.Names[1].GameName, "Sample Wing Stripes");
+    EXPECT_EQ(model.Textures[1].GameName, "");  // the model keeps its own names
     EXPECT_EQ(loaded_.Slots[1].Gam.SlideTimeU(), 2.0f);
     EXPECT_EQ(loaded_.Slots[0].Width, 64);
     // The turret light is animated: all four frames are in the store, the last uploaded.

@@ -13,6 +13,7 @@
 #include "editor/panels/panel_widgets.h"
 #include "editor/widgets/spin_control.h"
 #include "editor/widgets/vector_control.h"
+#include "editor/widgets/value_label.h"
 #include "model/key_edits.h"
 #include "model/keys.h"
 #include "model/point_direction.h"
@@ -55,6 +56,8 @@ AnimationPanel::AnimationPanel(Document& doc, QWidget* parent) : QWidget(parent)
     lblNumRANIKeys_->setObjectName("lblNumRANIKeys");
     AddRow(counts, 0, "Positional Keys:", lblNumPANIKeys_);
     AddRow(counts, 1, "Rotational Keys:", lblNumRANIKeys_);
+    for (QLabel* count : {lblNumPANIKeys_, lblNumRANIKeys_})
+        SetValueCaption(count, count->accessibleName());
     chkViewTrajectories_ = new QCheckBox("View &Trajectories", this);
     chkViewTrajectories_->setObjectName("chkViewTrajectories");
     chkViewRotators_ = new QCheckBox("View &Rotators", this);
@@ -206,11 +209,11 @@ void AnimationPanel::ShowAnimationPanel() {
                       ? doc_.selection().curSOBJ
                       : -1;
     if (s >= 0) {
-        lblNumPANIKeys_->setText(QString::number(doc_.model().Sub(s).Pos.KeyCount()));
-        lblNumRANIKeys_->setText(QString::number(doc_.model().Sub(s).Rot.KeyCount()));
+        ShowValue(lblNumPANIKeys_, QString::number(doc_.model().Sub(s).Pos.KeyCount()));
+        ShowValue(lblNumRANIKeys_, QString::number(doc_.model().Sub(s).Rot.KeyCount()));
     } else {
-        lblNumPANIKeys_->clear();
-        lblNumRANIKeys_->clear();
+        ShowValue(lblNumPANIKeys_, {});
+        ShowValue(lblNumRANIKeys_, {});
     }
     ShowKeys(s, WholeFrame());
     SetEnabling(s);

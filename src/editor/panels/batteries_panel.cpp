@@ -12,6 +12,7 @@
 #include "editor/panel_commands.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/widgets/spin_control.h"
+#include "editor/widgets/value_label.h"
 #include "model/batteries.h"
 
 namespace mw {
@@ -54,6 +55,7 @@ BatteriesPanel::BatteriesPanel(Document& doc, QWidget* parent) : QWidget(parent)
     lblNumWBAT_ = new QLabel("0", general);
     lblNumWBAT_->setObjectName("lblNumWBAT");
     AddRow(generalGrid, 0, "# of Weapons Batteries:", lblNumWBAT_);
+    SetValueCaption(lblNumWBAT_, lblNumWBAT_->accessibleName());
     cmdAddWBAT_ = MakeButton(general, "cmdAddWBAT", "Add Battery");
     generalGrid->addWidget(cmdAddWBAT_, 1, 0, 1, 2);
     layout->addWidget(general);
@@ -114,6 +116,11 @@ void BatteriesPanel::connectSignals() {
     connect(cmdRemoveFromWBAT_, &QPushButton::clicked, this, [this] { MoveEntry(false); });
 }
 
+void BatteriesPanel::showEvent(QShowEvent* e) {
+    QWidget::showEvent(e);
+    PopulateBatteryPanel();
+}
+
 int BatteriesPanel::currentBattery() const {
     const int count = static_cast<int>(doc_.model().Batteries.size());
     const int n = static_cast<int>(txtCurrentWBAT_->Value());
@@ -123,7 +130,7 @@ int BatteriesPanel::currentBattery() const {
 void BatteriesPanel::PopulateBatteryPanel() {
     filling_ = true;
     const int count = static_cast<int>(doc_.model().Batteries.size());
-    lblNumWBAT_->setText(QString::number(count));
+    ShowValue(lblNumWBAT_, QString::number(count));
     cmdAddWBAT_->setEnabled(count < kMaxBatteries);
     const bool any = count != 0;
     for (QWidget* w : std::initializer_list<QWidget*>{txtCurrentWBAT_, cmdDeleteWBAT_,

@@ -24,6 +24,9 @@ class BatteriesPanel : public QWidget {
     // Fills both lists for battery n (1-based).
     void PopulateBatteryLists(int n);
 
+  protected:
+    void showEvent(QShowEvent* e) override;
+
   private:
     void connectSignals();
     int currentBattery() const;  // 0-based, -1 with no batteries

@@ -12,6 +12,7 @@
 #include "editor/panel_commands.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/widgets/spin_control.h"
+#include "editor/widgets/value_label.h"
 
 namespace mw {
 namespace {
@@ -30,6 +31,7 @@ ModelPanel::ModelPanel(Document& doc, QWidget* parent) : QWidget(parent), doc_(d
     lblNumSubModels_->setObjectName("lblNumSubModels");
     top->addWidget(new QLabel("# of Sub-Models:", this), 0, 0);
     top->addWidget(lblNumSubModels_, 0, 1);
+    SetValueCaption(lblNumSubModels_, "# of Sub-Models");
     chkShowModelRadius_ = new QCheckBox("Radius:", this);
     chkShowModelRadius_->setObjectName("chkShowModelRadius");
     txtModelRadius_ =
@@ -106,7 +108,7 @@ void ModelPanel::EnableSpecialFields(bool on) {
 void ModelPanel::ShowModelPanel() {
     filling_ = true;
     const ModelData& model = doc_.model();
-    lblNumSubModels_->setText(QString::number(model.SubObjectCount()));
+    ShowValue(lblNumSubModels_, QString::number(model.SubObjectCount()));
     txtModelRadius_->SetValue(model.Header.Radius);
     chkShowModelRadius_->setChecked(doc_.display().ShowModelRadius);
     chkShowSPCLRadius_->setChecked(doc_.display().ShowSPCLRadius);

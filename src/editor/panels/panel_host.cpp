@@ -3,6 +3,9 @@
 #include <QEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTreeWidget>
@@ -47,14 +50,21 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
     tabs_->setExpanding(false);
     tabs_->setUsesScrollButtons(false);
     tabs_->setElideMode(Qt::ElideNone);
-    for (const char* key : {"Properties", "Textures", "Batteries", "Animation"})
+    tabs_->setFocusPolicy(Qt::StrongFocus);
+    // Access keys: Alt+P, Alt+T, Alt+B, Alt+A.
+    for (const char* key : {"&Properties", "&Textures", "&Batteries", "&Animation"})
         tabs_->addTab(key);
     lowerLayout->addWidget(tabs_);
-    area_ = new QWidget(lower);
+    area_ = new QScrollArea(lower);
     area_->setObjectName("picTabMain");
+    area_->setAccessibleName("Panel");
     area_->setMinimumHeight(120);
-    area_->installEventFilter(this);
+    area_->setWidgetResizable(true);
+    area_->setFrameShape(QFrame::NoFrame);
+    area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     lowerLayout->addWidget(area_, 1);
+    parked_ = new QWidget(this);
+    parked_->hide();
     layout->addWidget(splitter_, 1);
     setMinimumWidth(tabs_->sizeHint().width() + 8);
 
@@ -72,15 +82,23 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
         const int total = sizes.value(0) + sizes.value(1);
         if (total > 0) SetTreeSplit(static_cast<float>(sizes.value(0)) / total);
     });
-    connect(tabs_, &QTabBar::tabBarClicked, this, &PanelHost::TabClicked);
+    connect(tabs_, &QTabBar::currentChanged, this, &PanelHost::TabChanged);
+    for (const auto& [keys, step] : {std::pair{QKeySequence(Qt::CTRL | Qt::Key_Tab), 1},
+                                     std::pair{QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
+                                               -1}}) {
+        auto* shortcut = new QShortcut(keys, this);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, step = step] { StepTab(step); });
+    }
     connectSignals();
-    RefreshPanels(true);
+    RefreshPanels();
 }
 
 void PanelHost::connectSignals() {
-    connect(&doc_, &Document::modelReset, this, [this] { RefreshPanels(true); });
-    connect(&doc_, &Document::structureChanged, this, [this] { RefreshPanels(true); });
-    connect(&doc_, &Document::selectionChanged, this, [this] { RefreshPanels(false); });
+    for (auto signal :
+         {&Document::modelReset, &Document::structureChanged, &Document::selectionChanged}) {
+        connect(&doc_, signal, this, &PanelHost::RefreshPanels);
+    }
 }
 
 void PanelHost::SetTreeSplit(float split) {
@@ -101,20 +119,12 @@ void PanelHost::resizeEvent(QResizeEvent* e) {
     ApplySplit();
 }
 
-// A frame is as wide as the area and at least as tall; a taller one keeps its top between the
-// area's top and the point where its bottom meets the area's bottom.
-void PanelHost::FitFrame(QWidget* frame, int top) {
-    frame->resize(area_->width(), std::max(area_->height(), frame->sizeHint().height()));
-    frame->move(0, std::clamp(top, area_->height() - frame->height(), 0));
-}
-
 void PanelHost::AddPanel(const QString& key, QWidget* frame) {
-    frame->setParent(area_);
+    frame->setParent(parked_);
     frame->setProperty("panelKey", key);
     frame->installEventFilter(this);
     for (QWidget* child : frame->findChildren<QLabel*>())
         child->installEventFilter(this);
-    frame->hide();
     frames_[key] = frame;
 }
 
@@ -125,22 +135,25 @@ QWidget* PanelHost::FindPanel(const QString& key) const {
 
 void PanelHost::ShowPanel(const QString& key) {
     QWidget* next = FindPanel(key);
-    if (next == nullptr) return;
-    if (QWidget* current = FindPanel(shown_); current != nullptr && current != next)
-        current->hide();
-    FitFrame(next, 0);
+    if (next == nullptr || area_->widget() == next) return;
+    if (QWidget* current = area_->takeWidget()) current->setParent(parked_);
+    area_->setWidget(next);
     next->show();
     shown_ = key;
 }
 
-void PanelHost::TabClicked(int index) {
+void PanelHost::TabChanged(int index) {
     if (index < 0) return;
-    curTab_ = tabs_->tabText(index);
-    if (curTab_ != "Properties" && FindPanel(curTab_) != nullptr) ShowPanel(curTab_);
-    RefreshPanels(true);
+    curTab_ = tabs_->tabText(index).remove('&');
+    RefreshPanels();
 }
 
-void PanelHost::RefreshPanels(bool reload) {
+void PanelHost::StepTab(int step) {
+    if (!tabs_->isEnabled() || tabs_->count() == 0) return;
+    tabs_->setCurrentIndex((tabs_->currentIndex() + step + tabs_->count()) % tabs_->count());
+}
+
+void PanelHost::RefreshPanels() {
     // The tree has nodes exactly when the model has sub-objects.
     if (doc_.hasModel()) {
         tabs_->setEnabled(true);
@@ -149,58 +162,47 @@ void PanelHost::RefreshPanels(bool reload) {
             const QString key = sel.curSOBJ != -1  ? "SubModel"
                                 : sel.curPNT == -1 ? "Model"
                                                    : "Points";
-            if (FindPanel(key) != nullptr) ShowPanel(key);
-        } else if (FindPanel(curTab_) != nullptr) {
+            ShowPanel(key);
+        } else {
             ShowPanel(curTab_);
         }
-        emit panelRefreshRequested(curTab_, reload);
         return;
     }
     ShowPanel("Main");
-    tabs_->setCurrentIndex(0);
+    {
+        const QSignalBlocker block(tabs_);
+        tabs_->setCurrentIndex(0);
+    }
     tabs_->setEnabled(false);
     curTab_ = "Properties";
-    emit panelRefreshRequested(curTab_, reload);
 }
 
 // A frame taller than the panel area is dragged up and down with the left button.
 bool PanelHost::eventFilter(QObject* watched, QEvent* e) {
-    if (watched == area_) {
-        if (e->type() == QEvent::Resize) {
-            for (auto& [key, frame] : frames_)
-                FitFrame(frame, frame->y());
-        }
-        return false;
-    }
     auto* widget = qobject_cast<QWidget*>(watched);
     if (widget == nullptr) return false;
-    QWidget* frame = widget;
-    while (frame != nullptr && !frame->property("panelKey").isValid())
-        frame = frame->parentWidget();
-    if (frame == nullptr) return false;
-    const bool tall = frame->height() > area_->height();
+    QScrollBar* bar = area_->verticalScrollBar();
+    const bool tall = bar->maximum() > 0;
     switch (e->type()) {
         case QEvent::Enter:
             widget->setCursor(tall ? Qt::SizeVerCursor : Qt::ArrowCursor);
             break;
         case QEvent::MouseButtonPress: {
             auto* m = static_cast<QMouseEvent*>(e);
-            if (m->button() == Qt::LeftButton && tall) {
-                draggedFrame_ = frame;
-                dragY_ = static_cast<int>(m->globalPosition().y());
-            }
+            dragging_ = m->button() == Qt::LeftButton && tall;
+            dragY_ = static_cast<int>(m->globalPosition().y());
             break;
         }
         case QEvent::MouseMove: {
-            if (draggedFrame_ != frame) break;
+            if (!dragging_) break;
             auto* m = static_cast<QMouseEvent*>(e);
             const int y = static_cast<int>(m->globalPosition().y());
-            FitFrame(frame, frame->y() + y - dragY_);
+            bar->setValue(bar->value() - (y - dragY_));
             dragY_ = y;
             return true;
         }
         case QEvent::MouseButtonRelease:
-            draggedFrame_ = nullptr;
+            dragging_ = false;
             break;
         default:
             break;

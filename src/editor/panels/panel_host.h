@@ -1,6 +1,8 @@
 // The left column of the main window: the caption, the model tree, the splitter bar, the tab
 // strip and the panel area, whose frames are shown one at a time by key. The tree takes the
-// fraction `treeSplit` of the column's free height (0.1 to 0.8).
+// fraction `treeSplit` of the column's free height (0.1 to 0.8). A tab shows its panel however
+// it became current (mouse, keyboard, Ctrl+Tab, access keys, assistive tools); a panel taller
+// than the area scrolls, and can be dragged up and down.
 #pragma once
 
 #include <QString>
@@ -8,6 +10,7 @@
 #include <map>
 
 class QLabel;
+class QScrollArea;
 class QSplitter;
 class QTabBar;
 
@@ -41,11 +44,7 @@ class PanelHost : public QWidget {
     const QString& curTab() const { return curTab_; }
 
     // Brings the tabs and the shown panel in line with the model and the selection.
-    void RefreshPanels(bool reload);
-
-  signals:
-    // A panel that fills itself on reload ("Textures", "Batteries") listens to this.
-    void panelRefreshRequested(const QString& key, bool reload);
+    void RefreshPanels();
 
   protected:
     void resizeEvent(QResizeEvent* e) override;
@@ -54,21 +53,22 @@ class PanelHost : public QWidget {
   private:
     void connectSignals();
     void ApplySplit();
-    void FitFrame(QWidget* frame, int top);
-    void TabClicked(int index);
+    void TabChanged(int index);
+    void StepTab(int step);
 
     Document& doc_;
     QLabel* caption_ = nullptr;
     treeControl* tree_ = nullptr;
     QSplitter* splitter_ = nullptr;
     QTabBar* tabs_ = nullptr;
-    QWidget* area_ = nullptr;
+    QScrollArea* area_ = nullptr;
+    QWidget* parked_ = nullptr;  // holds the frames not shown
     std::map<QString, QWidget*> frames_;
     QString shown_;
     QString curTab_ = "Properties";
     float treeSplit_ = 0.4f;
     // Dragging a frame taller than the area.
-    QWidget* draggedFrame_ = nullptr;
+    bool dragging_ = false;
     int dragY_ = 0;
 };
 

@@ -93,11 +93,8 @@ void AddVectorRows(QGridLayout* grid, int row, const QString& name, const QStrin
 
 void BindDisplayFlag(Document& doc, QCheckBox* box, bool DisplaySettings::*flag) {
     box->setChecked(doc.display().*flag);
-    QObject::connect(box, &QCheckBox::toggled, &doc, [&doc, flag](bool on) {
-        if (doc.display().*flag == on) return;
-        doc.display().*flag = on;
-        doc.DisplayChanged();
-    });
+    QObject::connect(box, &QCheckBox::toggled, &doc,
+                     [&doc, flag](bool on) { doc.SetDisplayFlag(flag, on); });
     // The menus may switch the same flag.
     QObject::connect(&doc, &Document::displayChanged, box,
                      [&doc, box, flag] { box->setChecked(doc.display().*flag); });

@@ -1,35 +1,27 @@
 #include "editor/panels/texture_preview.h"
 
-#include <QOpenGLContext>
-
-#include "editor/prompts.h"
-#include "editor/viewport.h"
+#include "editor/model_textures.h"
 #include "view/gl.h"
 
 namespace mw {
 
-QString RestoreFailureMessage() {
-    return "Failure restoring Main Viewport!\n"
-           "You should save your model and exit the program. If you\n"
-           "continue to experience this problem, you should update\n"
-           "your video drivers.\n"
-           "See the Help System/Requirements for details.";
-}
-
-TexturePreview::TexturePreview(Viewport& viewport, Prompts& prompts, QWidget* parent)
-    : QOpenGLWidget(parent), viewport_(viewport), prompts_(prompts) {
+TexturePreview::TexturePreview(const ModelTextures& textures, QWidget* parent)
+    : QOpenGLWidget(parent), textures_(textures) {
     setObjectName("picTexture");
     setAccessibleName("Texture Preview");
-    restoreViewport = [this] {
-        viewport_.makeCurrent();
-        QOpenGLContext* context = viewport_.context();
-        const bool ok =
-            context != nullptr && context->isValid() && QOpenGLContext::currentContext() == context;
-        viewport_.doneCurrent();
-        return ok;
-    };
-    // The check runs once the picture is on screen, outside the preview's own painting.
-    connect(this, &QOpenGLWidget::frameSwapped, this, &TexturePreview::RestoreViewport);
+    // New pictures for the same index: upload again.
+    connect(&textures_, &ModelTextures::texturesChanged, this, [this] {
+        uploaded_ = -1;
+        update();
+    });
+}
+
+TexturePreview::~TexturePreview() {
+    if (glReady_) {
+        makeCurrent();
+        renderer_.ReleaseGL();
+        doneCurrent();
+    }
 }
 
 void TexturePreview::SetTexture(int t) {
@@ -39,24 +31,24 @@ void TexturePreview::SetTexture(int t) {
 
 void TexturePreview::initializeGL() {
     glClearColor(0, 0, 0, 1);
+    glReady_ = true;
 }
 
 void TexturePreview::paintGL() {
     const qreal ratio = devicePixelRatioF();
     const int w = static_cast<int>(width() * ratio), h = static_cast<int>(height() * ratio);
-    drawn_ = texture_ >= 0 && viewport_.glReady();
-    if (drawn_) {
-        viewport_.renderer().RenderTexturePreview(texture_, w, h);
-    } else {
+    const TexturePicture* picture = textures_.picture(texture_);
+    if (picture == nullptr) {
         glViewport(0, 0, w, h);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        return;
     }
-}
-
-void TexturePreview::RestoreViewport() {
-    if (!drawn_) return;
-    drawn_ = false;
-    if (!restoreViewport()) prompts_.Message(this, RestoreFailureMessage(), PromptIcon::Critical);
+    if (uploaded_ != texture_) {
+        renderer_.AllocModelTextures(1);
+        renderer_.UploadModelTexture(0, picture->Width, picture->Height, picture->Pixels.data());
+        uploaded_ = texture_;
+    }
+    renderer_.RenderTexturePreview(0, w, h);
 }
 
 }  // namespace mw

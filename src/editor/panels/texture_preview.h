@@ -1,43 +1,35 @@
-// The textures panel's picture: one of the viewport's model textures drawn in an OpenGL
-// widget of its own, whose context shares the viewport's textures. After each picture the
-// viewport's context is made current again; when that fails the user is told to save and
-// quit, since the viewport can no longer draw.
+// The textures panel's picture: one model texture drawn in an OpenGL widget of its own, from
+// the pictures the model's textures hold (uploaded into this widget's own context).
 #pragma once
 
 #include <QOpenGLWidget>
-#include <functional>
+
+#include "view/renderer.h"
 
 namespace mw {
 
-class Prompts;
-class Viewport;
-
-// The lines of the message shown when the viewport's context cannot be restored.
-QString RestoreFailureMessage();
+class ModelTextures;
 
 class TexturePreview : public QOpenGLWidget {
     Q_OBJECT
   public:
-    TexturePreview(Viewport& viewport, Prompts& prompts, QWidget* parent = nullptr);
+    explicit TexturePreview(const ModelTextures& textures, QWidget* parent = nullptr);
+    ~TexturePreview() override;
 
     // The model texture to show; -1 clears the picture.
     void SetTexture(int t);
     int texture() const { return texture_; }
-
-    // Makes the viewport's context current again; true when that worked. Tests replace it.
-    std::function<bool()> restoreViewport;
 
   protected:
     void initializeGL() override;
     void paintGL() override;
 
   private:
-    void RestoreViewport();
-
-    Viewport& viewport_;
-    Prompts& prompts_;
+    const ModelTextures& textures_;
+    Renderer renderer_;
     int texture_ = -1;
-    bool drawn_ = false;
+    int uploaded_ = -1;  // the texture the context holds
+    bool glReady_ = false;
 };
 
 }  // namespace mw

@@ -5,14 +5,13 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QVBoxLayout>
-#include <filesystem>
 
 #include "editor/document.h"
 #include "editor/file_text.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/panels/texture_preview.h"
-#include "editor/viewport.h"
-#include "gamedata/texture_loader.h"
+#include "editor/widgets/value_label.h"
+#include "editor/model_textures.h"
 
 namespace mw {
 QString TextureListEntry(const std::string& gameName, const std::string& fileName) {
@@ -22,9 +21,9 @@ QString TextureListEntry(const std::string& gameName, const std::string& fileNam
     return (resolved ? QString() : QString("*")) + FromFileText(shown);
 }
 
-TexturesPanel::TexturesPanel(Document& doc, GameData& game, const Settings& settings,
+TexturesPanel::TexturesPanel(Document& doc, const ModelTextures& textures, bool withPicture,
                              QWidget* parent)
-    : QWidget(parent), doc_(doc), game_(game), settings_(settings) {
+    : QWidget(parent), doc_(doc), textures_(textures) {
     setObjectName("fraTextures");
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(MakeHeading(this, "Texture Viewer"));
@@ -42,69 +41,52 @@ TexturesPanel::TexturesPanel(Document& doc, GameData& game, const Settings& sett
         lblTexName_[i]->setObjectName(QString("lblTexName_%1").arg(i));
         lblTexName_[i]->setTextInteractionFlags(Qt::TextSelectableByMouse);
         AddRow(grid, 1 + i, captions[i], lblTexName_[i]);
+        SetValueCaption(lblTexName_[i], lblTexName_[i]->accessibleName());
     }
     lblTextureSize_ = new QLabel(general);
     lblTextureSize_->setObjectName("lblTextureSize");
     AddRow(grid, 3, "Size WxH:", lblTextureSize_);
-    pictureLayout_ = new QVBoxLayout;
-    grid->addLayout(pictureLayout_, 4, 0, 1, 2);
+    SetValueCaption(lblTextureSize_, lblTextureSize_->accessibleName());
+    if (withPicture) {
+        picTexture_ = new TexturePreview(textures_, general);
+        picTexture_->setFixedSize(144, 144);
+        grid->addWidget(picTexture_, 4, 0, 1, 2, Qt::AlignHCenter);
+    }
     layout->addWidget(general);
     layout->addStretch(1);
 
     connect(lstTextures_, &QListWidget::currentRowChanged, this,
             &TexturesPanel::ShowSelectedTexture);
     connect(lstTextures_, &QListWidget::itemClicked, this, &TexturesPanel::ShowSelectedTexture);
-    connect(&doc_, &Document::modelReset, this, &TexturesPanel::PopulateTextureList);
+    connect(&textures_, &ModelTextures::texturesChanged, this, [this] {
+        if (isVisible()) PopulateTextureList();
+    });
 }
 
-void TexturesPanel::AttachViewport(Viewport& viewport, Prompts& prompts) {
-    if (picTexture_ != nullptr) return;
-    picTexture_ = new TexturePreview(viewport, prompts, this);
-    picTexture_->setFixedSize(144, 144);
-    pictureLayout_->addWidget(picTexture_, 0, Qt::AlignHCenter);
-    // Game names are known once the viewport has resolved the textures.
-    connect(&viewport, &Viewport::texturesLoaded, this, &TexturesPanel::PopulateTextureList);
+void TexturesPanel::showEvent(QShowEvent* e) {
+    QWidget::showEvent(e);
+    PopulateTextureList();
 }
 
 void TexturesPanel::PopulateTextureList() {
     {
         const QSignalBlocker block(lstTextures_);
+        const int row = lstTextures_->currentRow();
         lstTextures_->clear();
-        for (const Texture& tex : doc_.model().Textures)
-            lstTextures_->addItem(TextureListEntry(tex.GameName, tex.Name));
+        const auto& names = textures_.loaded().Names;
+        for (const TextureNames& tex : names)
+            lstTextures_->addItem(TextureListEntry(tex.GameName, tex.FileName));
+        if (row < lstTextures_->count()) lstTextures_->setCurrentRow(row);
     }
     ShowSelectedTexture();
 }
 
 void TexturesPanel::ShowSelectedTexture() {
     const int t = lstTextures_->currentRow();
-    const auto& textures = doc_.model().Textures;
-    if (t < 0 || t >= static_cast<int>(textures.size())) {
-        for (QLabel* label : {lblTexName_[0], lblTexName_[1], lblTextureSize_})
-            label->clear();
-        if (picTexture_ != nullptr) picTexture_->SetTexture(-1);
-        return;
-    }
-    const Texture& tex = textures[static_cast<std::size_t>(t)];
-    lblTexName_[0]->setText(FromFileText(tex.GameName.empty() ? tex.Name : tex.GameName));
-    const TexLookup found = game_.Hog.GetTexIndex(tex.Name, settings_);
-    QString image;
-    if (found.index == kLooseImageIndex) {
-        image = QString::fromStdString(std::filesystem::path(found.path).filename().string());
-    } else if (found.index >= 0) {
-        const bool animated = !game_.Hog.Textures[static_cast<std::size_t>(found.index)].IsOGF;
-        image = FromFileText(tex.Name) + (animated ? ".oaf" : ".ogf");
-    } else if (!tex.GameName.empty()) {
-        image = FromFileText(tex.GameName) + ".ogf";
-    }
-    lblTexName_[1]->setText(image);
-    QString size;
-    if (found.index >= 0) {
-        if (const auto decoded = DecodeGameTexture(tex.Name, game_, settings_))
-            size = QString("%1x%2").arg(decoded->Width).arg(decoded->Height);
-    }
-    lblTextureSize_->setText(size);
-    if (picTexture_ != nullptr && doc_.modelReady()) picTexture_->SetTexture(t);
+    ShowValue(lblTexName_[0], textures_.GameName(t));
+    ShowValue(lblTexName_[1], textures_.ImageName(t));
+    ShowValue(lblTextureSize_, textures_.SizeText(t));
+    if (picTexture_ != nullptr) picTexture_->SetTexture(doc_.modelReady() ? t : -1);
 }
 
 }  // namespace mw

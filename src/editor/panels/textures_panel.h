@@ -1,5 +1,6 @@
 // The textures panel ("Textures"): the model's textures as the game data resolved them, the
-// selected one's image name and size, and its picture. It edits nothing.
+// selected one's image name and size, and its picture. It edits nothing; it fills itself
+// when shown and when the textures change while it shows.
 #pragma once
 
 #include <QWidget>
@@ -11,34 +12,31 @@ class QVBoxLayout;
 namespace mw {
 
 class Document;
-class Prompts;
+class ModelTextures;
 class TexturePreview;
-class Viewport;
-struct GameData;
-struct Settings;
 
 class TexturesPanel : public QWidget {
     Q_OBJECT
   public:
-    TexturesPanel(Document& doc, GameData& game, const Settings& settings,
+    // `withPicture` adds the picture (it needs an OpenGL display).
+    TexturesPanel(Document& doc, const ModelTextures& textures, bool withPicture = true,
                   QWidget* parent = nullptr);
 
-    // Adds the picture, drawn with the viewport's textures (needs an OpenGL display).
-    void AttachViewport(Viewport& viewport, Prompts& prompts);
     TexturePreview* preview() const { return picTexture_; }
 
     void PopulateTextureList();
     // The list's click handler: shows the selected texture's names, size and picture.
     void ShowSelectedTexture();
 
+  protected:
+    void showEvent(QShowEvent* e) override;
+
   private:
     Document& doc_;
-    GameData& game_;
-    const Settings& settings_;
+    const ModelTextures& textures_;
     QListWidget* lstTextures_ = nullptr;
     QLabel* lblTexName_[2]{};
     QLabel* lblTextureSize_ = nullptr;
-    QVBoxLayout* pictureLayout_ = nullptr;
     TexturePreview* picTexture_ = nullptr;
 };
 

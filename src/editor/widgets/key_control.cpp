@@ -1,6 +1,8 @@
 #include "editor/widgets/key_control.h"
 
 #include <QLabel>
+
+#include "editor/widgets/value_label.h"
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -50,7 +52,7 @@ keyControl::keyControl(QWidget* parent) : QWidget(parent) {
     lblCurrentFrame_ = new QLabel(this);
     lblCurrentFrame_->setObjectName("lblCurrentFrame");
     lblCurrentFrame_->setAlignment(Qt::AlignCenter);
-    lblCurrentFrame_->setAccessibleName("Timeline Frame");
+    SetValueCaption(lblCurrentFrame_, "Timeline Frame");
     connect(cmdPrev_, &QToolButton::clicked, this, &keyControl::PrevFrame);
     connect(cmdNext_, &QToolButton::clicked, this, &keyControl::NextFrame);
     ShowFrame();
@@ -128,7 +130,7 @@ void keyControl::SetMinMax(int min, int max) {
 }
 
 void keyControl::ShowFrame() {
-    lblCurrentFrame_->setText(QString("%1/%2").arg(WholeFrame()).arg(max_));
+    ShowValue(lblCurrentFrame_, QString("%1/%2").arg(WholeFrame()).arg(max_));
     update();
 }
 

@@ -1,6 +1,7 @@
 // The textures panel's list and labels over the sample's game data (no picture: that needs an
 // OpenGL display and is tested with the main window).
 #include "editor/panels/textures_panel.h"
+#include "editor/model_textures.h"
 
 #include <gtest/gtest.h>
 #include <QLabel>
@@ -37,9 +38,8 @@ class TexturesPanelTest : public ::testing::Test {
         m.Textures.push_back({"", "nowhere_tex", ""});
         m.Textures.push_back({"Lava Rock", "", ""});
         m.Textures.push_back({"", "loose_tex", ""});
-        std::vector<TextureSlot> resolved;
-        game_.Gam.GetGAMTexInfo(m, resolved);
         sample_.doc.ResetModel(true);
+        panel_.show();
     }
     // Any valid image will do for the loose file: the hull's, from the archive.
     static std::vector<std::uint8_t> ReadArchiveImage() {
@@ -62,11 +62,11 @@ class TexturesPanelTest : public ::testing::Test {
     Settings settings_;
     GameData game_;
     test::SampleDocument sample_;
-    TexturesPanel panel_{sample_.doc, game_, settings_};
+    ModelTextures textures_{sample_.doc, game_, settings_};
+    TexturesPanel panel_{sample_.doc, textures_, false};
 };
 
 TEST_F(TexturesPanelTest, ListsGameNamesAndMarksUnresolvedTextures) {
-    panel_.PopulateTextureList();
     const auto* list = panel_.findChild<QListWidget*>("lstTextures");
     QStringList texts;
     for (int i = 0; i < list->count(); ++i)
@@ -77,7 +77,6 @@ TEST_F(TexturesPanelTest, ListsGameNamesAndMarksUnresolvedTextures) {
 }
 
 TEST_F(TexturesPanelTest, ShowsImageNamesAndSizes) {
-    panel_.PopulateTextureList();
     Choose(0);
     EXPECT_EQ(Label("lblTexName_0"), "Sample Hull");
     EXPECT_EQ(Label("lblTexName_1"), "ship_hull.ogf");

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QToolButton>
+#include <utility>
 
 #include "editor/animation_strip.h"
 #include "editor/playback.h"
@@ -184,7 +185,16 @@ TEST_F(AnimationPanelTest, EditControlsAreOffWhilePlaying) {
 // The strip with the range 0..60 and a clock the test drives.
 class AnimationStripTest : public ::testing::Test {
   protected:
-    AnimationStripTest() : strip_(sample_.doc) { TypeInto(Spin("txtFrameRange_1"), "60"); }
+    AnimationStripTest() : strip_(sample_.doc), playback_(sample_.doc) {
+        // The timer's own ticks between the test's steps see no time pass.
+        playback_.SetClock([this] { return std::exchange(pending_, 0.0f); });
+        TypeInto(Spin("txtFrameRange_1"), "60");
+    }
+    // One tick of the playback timer, `elapsed` seconds after the one before.
+    void Step(float elapsed) {
+        pending_ = elapsed;
+        playback_.Tick();
+    }
     Document& doc() { return sample_.doc; }
     const AnimationState& state() { return sample_.doc.animation(); }
     spinControl* Spin(const QString& name) { return strip_.findChild<spinControl*>(name); }
@@ -192,6 +202,8 @@ class AnimationStripTest : public ::testing::Test {
 
     test::SampleDocument sample_;
     AnimationStrip strip_;
+    Playback playback_;
+    float pending_ = 0.0f;
 };
 
 TEST_F(AnimationStripTest, PlaysTheRangeInTheChosenTime) {
@@ -201,18 +213,18 @@ TEST_F(AnimationStripTest, PlaysTheRangeInTheChosenTime) {
     ASSERT_TRUE(state().animPlaying);
     EXPECT_EQ(PlayButton()->text(), "Stop");
     EXPECT_FALSE(strip_.findChild<QToolButton*>("cmdNextFrame")->isEnabled());
-    strip_.TimerStep(1.0f);  // 2 s for 60 frames: 30 frames a second
+    Step(1.0f);  // 2 s for 60 frames: 30 frames a second
     EXPECT_FLOAT_EQ(state().curFrame, 30.0f);
-    strip_.TimerStep(0.5f);
+    Step(0.5f);
     EXPECT_FLOAT_EQ(state().curFrame, 45.0f);
     EXPECT_EQ(strip_.timeline().label().text(), "45/60");
     EXPECT_FLOAT_EQ(Spin("txtCurrentFrame")->Value(), 45.0f);
-    strip_.TimerStep(1.0f);  // past the end without looping: stops exactly there
+    Step(1.0f);  // past the end without looping: stops exactly there
     EXPECT_FALSE(state().animPlaying);
     EXPECT_EQ(state().curFrame, 60.0f);
     EXPECT_EQ(PlayButton()->text(), "Play");
     EXPECT_TRUE(strip_.findChild<QToolButton*>("cmdNextFrame")->isEnabled());
-    strip_.TimerStep(1.0f);  // stopped: nothing moves
+    Step(1.0f);  // stopped: nothing moves
     EXPECT_EQ(state().curFrame, 60.0f);
 
     PlayButton()->click();  // Play at the end starts again
@@ -225,10 +237,10 @@ TEST_F(AnimationStripTest, PlaysTheRangeInTheChosenTime) {
 TEST_F(AnimationStripTest, LoopingRestartsAtTheStart) {
     strip_.findChild<QCheckBox*>("chkPlayContinuously")->click();
     PlayButton()->click();
-    strip_.TimerStep(5.0f / 3.0f);  // 50
-    strip_.TimerStep(0.5f);         // 65: 5 frames into the next pass
+    Step(5.0f / 3.0f);  // 50
+    Step(0.5f);         // 65: 5 frames into the next pass
     EXPECT_NEAR(state().curFrame, 5.0f, 1e-4f);
-    strip_.TimerStep(5.0f);  // 155: more than one pass, back to the start
+    Step(5.0f);  // 155: more than one pass, back to the start
     EXPECT_EQ(state().curFrame, 0.0f);
     EXPECT_TRUE(state().animPlaying);
 }
@@ -274,10 +286,10 @@ TEST_F(AnimationStripTest, ALoadResetsTheRangeAndTheTimelineFollowsTheSelection)
     doc().SelectSubObject(kHatch);
     EXPECT_TRUE(strip_.timeline().HasPANI(10));
     EXPECT_FALSE(strip_.timeline().HasRANI(10));
-    doc().animation().keyFilter = 2;
+    doc().SetKeyFilter(2);
     emit doc().keysChanged(kHatch);
     EXPECT_FALSE(strip_.timeline().HasPANI(10));
-    doc().animation().keyFilter = 0;
+    doc().SetKeyFilter(0);
     doc().ResetModel(true);
     EXPECT_EQ(state().endFrame, 20);
     EXPECT_EQ(strip_.timeline().maxFrame(), 20);

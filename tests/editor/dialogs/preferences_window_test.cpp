@@ -7,7 +7,8 @@
 #include <fstream>
 
 #include "editor/dialogs/preferences_dialog.h"
-#include "editor/editor_window.h"
+#include "editor/model_textures.h"
+#include "support/editor_window.h"
 #include "support/temp_dir.h"
 
 namespace mw {
@@ -41,14 +42,14 @@ TEST_F(PreferencesWindowTest, ACompilerEnablesImportAndABackgroundIsShown) {
                 {"txtBackground", QString::fromStdString((dir_ / "sky.bmp").string())}});
     Action("mnuFilePreferences")->trigger();
     EXPECT_TRUE(Action("mnuFileImportP3D")->isEnabled());
-    EXPECT_TRUE(window_->viewport().renderer().BackgroundLoaded());
+    EXPECT_TRUE(viewport().renderer().BackgroundLoaded());
     EXPECT_TRUE(Action("mnuViewBackground")->isEnabled());
     EXPECT_TRUE(prompts_.questions.isEmpty());  // no game-data path changed
 
     // The picture taken away again.
     AnswerWith({{"txtBackground", ""}});
     Action("mnuFilePreferences")->trigger();
-    EXPECT_FALSE(window_->viewport().renderer().BackgroundLoaded());
+    EXPECT_FALSE(viewport().renderer().BackgroundLoaded());
     EXPECT_EQ(settings_.BackgroundImage, "");
 }
 
@@ -56,7 +57,7 @@ TEST_F(PreferencesWindowTest, NewGameDataPathsAreReadAndTexturesReloadedOnYes) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     const int models = window_->actions().hogList().count();
     ASSERT_GT(models, 0);
-    QSignalSpy reloaded(&window_->viewport(), &Viewport::texturesLoaded);
+    QSignalSpy reloaded(&Part<ModelTextures>(), &ModelTextures::texturesChanged);
     prompts_.answers = {QMessageBox::No, QMessageBox::Yes};
 
     AnswerWith({{"txtD3Path", ""}});

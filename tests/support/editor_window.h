@@ -35,10 +35,19 @@ class EditorTest : public ::testing::Test {
         window_->resize(1000, 700);
         window_->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
-        window_->viewport().LoadEffects();
+        window_->LoadEffects();
     }
 
     Document& doc() { return window_->document(); }
+    // The window's parts, found as assistive tools and tests find them.
+    template <typename T>
+    T& Part() {
+        T* part = window_->findChild<T*>();
+        EXPECT_NE(part, nullptr);
+        return *part;
+    }
+    Viewport& viewport() { return Part<Viewport>(); }
+    PanelHost& panels() { return Part<PanelHost>(); }
     // A control assistive tools can name.
     static void ExpectAccessibleName(QWidget* w) {
         QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
@@ -46,14 +55,11 @@ class EditorTest : public ::testing::Test {
         EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
     }
 
-    // Clicks the tab of that caption.
+    // Makes the tab of that caption current.
     void ShowTab(const QString& tab) {
-        QTabBar& tabs = window_->panels().tabs();
+        QTabBar& tabs = panels().tabs();
         for (int i = 0; i < tabs.count(); ++i) {
-            if (tabs.tabText(i) == tab) {
-                tabs.setCurrentIndex(i);
-                emit tabs.tabBarClicked(i);
-            }
+            if (QString(tabs.tabText(i)).remove('&') == tab) tabs.setCurrentIndex(i);
         }
         QApplication::processEvents();
     }
@@ -62,14 +68,14 @@ class EditorTest : public ::testing::Test {
 
     QImage ViewportImage() {
         QApplication::processEvents();
-        return window_->viewport().grabFramebuffer();
+        return viewport().grabFramebuffer();
     }
 
     // The window with the viewport's frame as the screen shows it (opaque).
     QImage WindowImage() {
         QImage shot = window_->grab().toImage();
         QPainter painter(&shot);
-        Viewport& view = window_->viewport();
+        Viewport& view = viewport();
         painter.drawImage(view.mapTo(window_.get(), QPoint(0, 0)),
                           ViewportImage().convertToFormat(QImage::Format_RGB32));
         return shot;

@@ -11,7 +11,7 @@
 #include "editor/panels/panel_host.h"
 #include "editor/panels/texture_preview.h"
 #include "editor/panels/textures_panel.h"
-#include "editor_window.h"
+#include "support/editor_window.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
@@ -26,7 +26,7 @@ const std::filesystem::path kDemoImages = MW_SOURCE_DIR "/../shared/testdata/ima
 class PanelsWindowTest : public EditorTest {
   protected:
     TexturesPanel& Textures() {
-        return *static_cast<TexturesPanel*>(window_->panels().FindPanel("Textures"));
+        return *static_cast<TexturesPanel*>(panels().FindPanel("Textures"));
     }
     // Chooses texture t and returns the picture once it is on screen.
     QImage Preview(int t) {
@@ -55,7 +55,7 @@ class PanelsWindowTest : public EditorTest {
 TEST_F(PanelsWindowTest, ThePreviewShowsTheTextureTheRightWayUp) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     ShowTab("Textures");
-    EXPECT_EQ(window_->panels().shownPanel(), "Textures");
+    EXPECT_EQ(panels().shownPanel(), "Textures");
     EXPECT_EQ(Textures().findChild<QListWidget*>("lstTextures")->count(), 3);
     const QImage hull = Preview(0);
     ASSERT_FALSE(hull.isNull());
@@ -72,17 +72,6 @@ TEST_F(PanelsWindowTest, ThePreviewShowsTheTextureTheRightWayUp) {
     Textures().findChild<QListWidget*>("lstTextures")->setCurrentRow(-1);
     QTest::qWait(30);
     EXPECT_EQ(Textures().preview()->grabFramebuffer().pixelColor(4, 4), QColor(Qt::black));
-}
-
-TEST_F(PanelsWindowTest, AViewportThatCannotBeMadeCurrentIsReported) {
-    ASSERT_TRUE(window_->LoadModel(kShip));
-    ShowTab("Textures");
-    Textures().preview()->restoreViewport = [] { return false; };
-    Preview(1);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !prompts_.messages.empty(); }));
-    EXPECT_EQ(prompts_.messages.front().text, RestoreFailureMessage());
-    EXPECT_EQ(prompts_.messages.front().icon, PromptIcon::Critical);
-    EXPECT_TRUE(RestoreFailureMessage().startsWith("Failure restoring Main Viewport!\n"));
 }
 
 // The game's own demo textures, as loose images, show with their true colours.
@@ -116,7 +105,7 @@ TEST_F(PanelsWindowTest, EveryPanelControlHasAnAccessibleName) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     doc().SelectPoint(PointType::GPNT, 0);
     for (const char* key : {"Points", "Textures", "Batteries"}) {
-        QWidget* panel = window_->panels().FindPanel(key);
+        QWidget* panel = panels().FindPanel(key);
         ASSERT_NE(panel, nullptr) << key;
         for (QWidget* w : panel->findChildren<QWidget*>()) {
             if (w->objectName().isEmpty() || w->objectName().startsWith("qt_")) continue;
@@ -136,7 +125,7 @@ TEST_F(PanelsWindowTest, Screenshots) {
     ShowTab("Batteries");
     doc().SetSelection(SubObjectSelected(doc().selection(), -1));
     auto* assigned =
-        window_->panels().FindPanel("Batteries")->findChild<QListWidget*>("lstAssignedWBAT");
+        panels().FindPanel("Batteries")->findChild<QListWidget*>("lstAssignedWBAT");
     assigned->setCurrentRow(1);
     QTest::qWait(100);
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-batteries.png")));
