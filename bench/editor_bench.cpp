@@ -173,7 +173,8 @@ void UndoStackAfterFieldEdits(benchmark::State& state) {
             Vector3 offset = doc.model().Sub(s).Offset;
             offset.X += 0.25f;
             doc.Apply(
-                new SubObjectFieldCommand<Vector3>(doc, "Offset", s, &SubObject::Offset, offset));
+                MakeSubObjectFieldCommand(doc, "Offset", EditField::SubObjectOffset, s,
+                                          &SubObject::Offset, offset));
             doc.EndEditSession();
         }
         state.PauseTiming();

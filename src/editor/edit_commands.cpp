@@ -16,7 +16,8 @@ GeometryScope CombineScope(const ModelData& model, int a) {
 }  // namespace
 
 ModelCommand::ModelCommand(Document& doc, const QString& text, GeometryScope scope,
-                           unsigned changes, ModelOperation operation, int mergeKey)
+                           unsigned changes, ModelOperation operation,
+                           std::optional<EditKey> mergeKey)
     : QUndoCommand(text),
       doc_(doc),
       scope_(std::move(scope)),
@@ -47,7 +48,7 @@ void ModelCommand::redo() {
         setObsolete(true);
         return;
     }
-    if (!done_ && mergeKey_ >= 0) after_ = ModelSnapshot(model, scope_);
+    if (!done_ && mergeKey_) after_ = ModelSnapshot(model, scope_);
     done_ = true;
     selectionAfter_ = selection;
     doc_.EndChange(changes_, selection.curSOBJ, selection, scope_.Records);
@@ -55,7 +56,7 @@ void ModelCommand::redo() {
 
 bool ModelCommand::mergeWith(const QUndoCommand* other) {
     const auto* o = dynamic_cast<const ModelCommand*>(other);
-    if (o == nullptr || mergeKey_ < 0 || o->mergeKey_ != mergeKey_ || o->session_ != session_ ||
+    if (o == nullptr || !mergeKey_ || o->mergeKey_ != mergeKey_ || o->session_ != session_ ||
         !o->after_) {
         return false;
     }
@@ -193,7 +194,8 @@ QUndoCommand* MakePointParentCommand(Document& doc, PointType type, int i, int s
 }
 
 QUndoCommand* MakeRenameCommand(Document& doc, int s, const std::string& name) {
-    return new SubObjectFieldCommand<std::string>(doc, "Rename", s, &SubObject::Name, name);
+    return MakeSubObjectFieldCommand<std::string>(doc, "Rename", EditField::SubObjectName, s,
+                                                  &SubObject::Name, name);
 }
 
 }  // namespace mw

@@ -17,17 +17,47 @@ namespace mw {
 // anything (a command that changed nothing is dropped).
 using ModelOperation = std::function<bool(ModelData&, SelectionState&)>;
 
+// The undo stack merges only commands of one class; these are their ids.
+enum CommandId { kModelCommandId = 1, kValueCommandId = 2 };
+
+// Which value an edit changes: one field of one thing (a sub-object, a point, a key track).
+// Edits with equal keys in one edit session (one spinner drag, one typed entry) are one step.
+enum class EditField {
+    ModelRadius,
+    SpecialName,
+    SpecialProperties,
+    SpecialRadius,
+    SpecialPosition,
+    SubObjectName,
+    SubObjectRadius,
+    SubObjectOffset,
+    Pivot,
+    Property,
+    PointLocation,
+    PointDirection,
+    KeyPosition,
+    KeyAngle,
+    KeyAxis,
+    KeyMove,
+};
+struct EditKey {
+    EditField field;
+    int owner = 0;  // the sub-object, or the point type
+    int item = 0;   // the point, or the key frame
+    bool operator==(const EditKey&) const = default;
+};
+
 class ModelCommand : public QUndoCommand {
   public:
-    // Commands with the same `mergeKey` (0 or more) in one edit session merge into one step
-    // (a spinner drag); such a command keeps the state after it as well, so that its redo
-    // gives exactly what the merged edits gave.
+    // Commands with the same merge key in one edit session merge into one step (a spinner
+    // drag); such a command keeps the state after it as well, so that its redo gives exactly
+    // what the merged edits gave.
     ModelCommand(Document& doc, const QString& text, GeometryScope scope, unsigned changes,
-                 ModelOperation operation, int mergeKey = -1);
+                 ModelOperation operation, std::optional<EditKey> mergeKey = std::nullopt);
 
     void redo() override;
     void undo() override;
-    int id() const override { return mergeKey_ >= 0 ? 2000 : -1; }
+    int id() const override { return mergeKey_ ? kModelCommandId : -1; }
     bool mergeWith(const QUndoCommand* other) override;
 
     // Bytes the command holds (for the undo stack's memory figures).
@@ -44,60 +74,83 @@ class ModelCommand : public QUndoCommand {
     std::optional<ModelSnapshot> after_;
     SelectionState selectionBefore_;
     SelectionState selectionAfter_;
-    int mergeKey_;
+    std::optional<EditKey> mergeKey_;
     int session_;
     bool done_ = false;
 };
 
-// Sets one field of a sub-object. Edits of the same field of the same sub-object in one edit
-// session merge into one step.
+// Sets one value of the model, keeping only the old and the new value. `access` finds the
+// value (null when what holds it is gone); `settle` brings derived data in line after each
+// change (a key track's matrices). Edits with the same key in one edit session merge.
 template <typename T>
-class SubObjectFieldCommand : public QUndoCommand {
+class ValueCommand : public QUndoCommand {
   public:
-    SubObjectFieldCommand(Document& doc, const QString& text, int s, T SubObject::*field, T value,
-                          unsigned changes = kChangeSubObject)
+    using Access = std::function<T*(ModelData&)>;
+    using Settle = std::function<void(ModelData&)>;
+
+    ValueCommand(Document& doc, const QString& text, EditKey key, unsigned changes, Access access,
+                 T value, int subObject = -1, Settle settle = {})
         : QUndoCommand(text),
           doc_(doc),
-          s_(s),
-          field_(field),
-          old_(doc.model().Sub(s).*field),
-          new_(std::move(value)),
+          key_(key),
           changes_(changes),
-          session_(doc.editSession()) {}
+          access_(std::move(access)),
+          new_(std::move(value)),
+          subObject_(subObject),
+          settle_(std::move(settle)),
+          session_(doc.editSession()) {
+        if (const T* current = access_(doc.model())) old_ = *current;
+    }
 
     void redo() override {
-        if (old_ == new_ || !doc_.model().IsRecord(s_)) {
+        if (!old_ || *old_ == new_ || access_(doc_.model()) == nullptr) {
             setObsolete(true);
             return;
         }
         Set(new_);
     }
-    void undo() override { Set(old_); }
-    int id() const override { return 1000; }
+    void undo() override {
+        if (old_) Set(*old_);
+    }
+    int id() const override { return kValueCommandId; }
     bool mergeWith(const QUndoCommand* other) override {
-        const auto* o = dynamic_cast<const SubObjectFieldCommand*>(other);
-        if (o == nullptr || o->s_ != s_ || o->field_ != field_ || o->session_ != session_)
-            return false;
+        const auto* o = dynamic_cast<const ValueCommand*>(other);
+        if (o == nullptr || !(o->key_ == key_) || o->session_ != session_) return false;
         new_ = o->new_;
-        setObsolete(new_ == old_);
+        setObsolete(old_ && *old_ == new_);
         return true;
     }
 
   private:
     void Set(const T& value) {
         doc_.BeginChange();
-        doc_.model().Sub(s_).*field_ = value;
-        doc_.EndChange(changes_, s_, doc_.selection());
+        ModelData& model = doc_.model();
+        if (T* target = access_(model)) *target = value;
+        if (settle_) settle_(model);
+        doc_.EndChange(changes_, subObject_, doc_.selection());
     }
 
     Document& doc_;
-    int s_;
-    T SubObject::*field_;
-    T old_;
-    T new_;
+    EditKey key_;
     unsigned changes_;
+    Access access_;
+    std::optional<T> old_;
+    T new_;
+    int subObject_;
+    Settle settle_;
     int session_;
 };
+
+// A field of sub-object s, as a value command.
+template <typename T>
+QUndoCommand* MakeSubObjectFieldCommand(Document& doc, const QString& text, EditField field,
+                                        int s, T SubObject::*member, T value,
+                                        unsigned changes = kChangeSubObject) {
+    return new ValueCommand<T>(
+        doc, text, {field, s}, changes,
+        [s, member](ModelData& m) { return m.IsRecord(s) ? &(m.Sub(s).*member) : nullptr; },
+        std::move(value), s);
+}
 
 // The editor's commands. Each returns the command, to be given to Document::Apply.
 QUndoCommand* MakeReparentCommand(Document& doc, int s, int parent);

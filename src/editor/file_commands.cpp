@@ -5,6 +5,7 @@
 #include "convert/orf_reader.h"
 #include "convert/orf_writer.h"
 #include "editor/document.h"
+#include "editor/model_textures.h"
 #include "editor/prompts.h"
 #include "editor/recent_files.h"
 #include "gamedata/file_names.h"
@@ -201,7 +202,10 @@ bool FileCommands::ExportORF() {
     options.CombineRooms = settings_.CombineRooms;
     options.SpecialPointsAsFaces = settings_.SpecialPointsAsFaces;
     options.SpecialFaceSize = settings_.SpecialFaceSize;
-    const OrfExportResult result = SaveORF(doc_.model(), chosen.toStdString(), options);
+    // The room takes the game names the tables resolved; the model keeps its own.
+    ModelData room = doc_.model();
+    if (textures_ != nullptr) ApplyTextureNames(room, textures_->loaded().Names);
+    const OrfExportResult result = SaveORF(room, chosen.toStdString(), options);
     if (!result.Written) {
         prompts_.Message(window_, "There was an error saving " + FileTitle(chosen),
                          PromptIcon::None);

@@ -16,6 +16,7 @@ class QWidget;
 namespace mw {
 
 class Document;
+class ModelTextures;
 class Prompts;
 
 inline constexpr const char* kOpenFilter =
@@ -52,6 +53,8 @@ class FileCommands : public QObject {
 
     // The game-limits check Save and Save As run first (by default without textures).
     void SetModelCheck(ModelCheck check) { check_ = std::move(check); }
+    // The resolved textures: a room names its textures by their game names.
+    void SetTextures(const ModelTextures* textures) { textures_ = textures; }
 
   signals:
     void recentChanged();
@@ -72,6 +75,7 @@ class FileCommands : public QObject {
     Prompts& prompts_;
     QWidget* window_;
     ModelCheck check_;
+    const ModelTextures* textures_ = nullptr;
 };
 
 // `path` with a room's ".orf" (and anything after it) turned into ".oof".

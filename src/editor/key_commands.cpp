@@ -2,13 +2,14 @@
 
 #include "editor/edit_commands.h"
 #include "editor/panel_commands.h"
+#include "model/key_edits.h"
 #include "model/keys.h"
 
 namespace mw {
 namespace {
 
 QUndoCommand* KeysCommand(Document& doc, const QString& text, ModelOperation op,
-                          int mergeKey = -1) {
+                          std::optional<EditKey> mergeKey = std::nullopt) {
     return new ModelCommand(doc, text, GeometryScope::None(), kChangeKeys, std::move(op), mergeKey);
 }
 
@@ -30,26 +31,36 @@ QUndoCommand* MakeKeyPresenceCommand(Document& doc, int s, int frame, KeyKind ki
 }
 
 QUndoCommand* MakeKeyPositionCommand(Document& doc, int s, int frame, Vector3 position) {
-    return KeysCommand(
-        doc, "Key Position",
-        [=](ModelData& model, SelectionState&) {
-            return SetPANIPosition(model, s, frame, position);
+    return new ValueCommand<Vector3>(
+        doc, "Key Position", {EditField::KeyPosition, s, frame}, kChangeKeys,
+        [s, frame](ModelData& model) -> Vector3* {
+            PosKey* key = PositionKeyAt(model, s, frame);
+            return key != nullptr ? &key->Position : nullptr;
         },
-        kFieldKeyPosition * kMergeSpan + s);
+        position, s);
+}
+
+// A value of the rotation key of s at `frame`; the track's matrices follow each change.
+template <typename T>
+QUndoCommand* RotationKeyValueCommand(Document& doc, const QString& text, EditField field, int s,
+                                      int frame, T RotKey::*member, T value) {
+    return new ValueCommand<T>(
+        doc, text, {field, s, frame}, kChangeKeys,
+        [s, frame, member](ModelData& model) -> T* {
+            RotKey* key = RotationKeyAt(model, s, frame);
+            return key != nullptr ? &(key->*member) : nullptr;
+        },
+        value, s, [s](ModelData& model) { CalcRotMatrix(model, s); });
 }
 
 QUndoCommand* MakeKeyAngleCommand(Document& doc, int s, int frame, int units) {
-    return KeysCommand(
-        doc, "Key Angle",
-        [=](ModelData& model, SelectionState&) { return SetRANIAngle(model, s, frame, units); },
-        kFieldKeyAngle * kMergeSpan + s);
+    return RotationKeyValueCommand<std::int32_t>(doc, "Key Angle", EditField::KeyAngle, s, frame,
+                                                 &RotKey::Angle, units);
 }
 
 QUndoCommand* MakeKeyAxisCommand(Document& doc, int s, int frame, Vector3 axis) {
-    return KeysCommand(
-        doc, "Axis of Rotation",
-        [=](ModelData& model, SelectionState&) { return SetRANIAxis(model, s, frame, axis); },
-        kFieldKeyAxis * kMergeSpan + s);
+    return RotationKeyValueCommand(doc, "Axis of Rotation", EditField::KeyAxis, s, frame,
+                                   &RotKey::Axis, axis);
 }
 
 QUndoCommand* MakeMirrorAxisCommand(Document& doc, int s, int frame, int component) {
@@ -63,7 +74,7 @@ QUndoCommand* MakeMoveKeysCommand(Document& doc, int s, int from, int to, KeyFil
     return KeysCommand(
         doc, "Move Key",
         [=](ModelData& model, SelectionState&) { return MoveKeysAt(model, s, from, to, filter); },
-        kFieldKeyMove * kMergeSpan + s);
+        EditKey{EditField::KeyMove, s});
 }
 
 QUndoCommand* MakeDeleteKeysCommand(Document& doc, const QString& text, int s, int first, int last,

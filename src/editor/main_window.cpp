@@ -105,6 +105,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     connect(actions_, &MainActions::importP3DRequested, import, &P3DImport::Import);
     runPreferences_ = [](frmPreferences& dialog) { dialog.exec(); };
     files_->SetModelCheck(DocumentCheck(*doc_, &textures_->loaded(), &settings));
+    files_->SetTextures(textures_);
     auto* keyMenu = new KeyMenu(*doc_, *actions_, strip->timeline(), this);
     keyMenu->setObjectName("keyMenu");
     connect(tree, &ModelTree::editMenuRequested, actions_, &MainActions::PopupEditMenu);

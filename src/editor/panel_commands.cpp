@@ -9,29 +9,24 @@
 namespace mw {
 namespace {
 
-int MergeKey(PanelField field, int s = 0) {
-    return field * kMergeSpan + s;
+// Point i of a type, or null when it is gone.
+ModelPoint* PointAt(ModelData& model, PointType type, int i) {
+    auto& list = model.Points(type);
+    return i >= 0 && i < static_cast<int>(list.size()) ? &list[static_cast<std::size_t>(i)]
+                                                       : nullptr;
 }
 
-int PointMergeKey(PanelField field, PointType type, int i) {
-    return MergeKey(field, static_cast<int>(type) * 1000 + i);
-}
-
-// Sets one vector of point i of a type; nothing when the point is gone or already there.
-QUndoCommand* PointVectorCommand(Document& doc, const QString& text, PanelField field,
+// Sets one vector of point i of a type.
+QUndoCommand* PointVectorCommand(Document& doc, const QString& text, EditField field,
                                  PointType type, int i, Vector3 ModelPoint::*member,
                                  Vector3 value) {
-    return new ModelCommand(
-        doc, text, GeometryScope::None(), kChangePoints,
-        [type, i, member, value](ModelData& model, SelectionState&) {
-            auto& list = model.Points(type);
-            if (i < 0 || i >= static_cast<int>(list.size())) return false;
-            Vector3& stored = list[static_cast<std::size_t>(i)].*member;
-            if (stored == value) return false;
-            stored = value;
-            return true;
+    return new ValueCommand<Vector3>(
+        doc, text, {field, static_cast<int>(type), i}, kChangePoints,
+        [type, i, member](ModelData& model) -> Vector3* {
+            ModelPoint* point = PointAt(model, type, i);
+            return point != nullptr ? &(point->*member) : nullptr;
         },
-        PointMergeKey(field, type, i));
+        value);
 }
 
 GeometryScope SlotScope(const ModelData& model, int s) {
@@ -43,14 +38,9 @@ GeometryScope SlotScope(const ModelData& model, int s) {
 }  // namespace
 
 QUndoCommand* MakeModelRadiusCommand(Document& doc, float radius) {
-    return new ModelCommand(
-        doc, "Model Radius", GeometryScope::None(), kChangeModel,
-        [radius](ModelData& model, SelectionState&) {
-            if (model.Header.Radius == radius) return false;
-            model.Header.Radius = radius;
-            return true;
-        },
-        MergeKey(kFieldModelRadius));
+    return new ValueCommand<float>(
+        doc, "Model Radius", {EditField::ModelRadius}, kChangeModel,
+        [](ModelData& model) { return &model.Header.Radius; }, radius);
 }
 
 QUndoCommand* MakeSpecialUsedCommand(Document& doc, bool used) {
@@ -69,28 +59,19 @@ QUndoCommand* MakeSpecialUsedCommand(Document& doc, bool used) {
                             });
 }
 
-QUndoCommand* MakeSpecialCommand(Document& doc, int field,
+QUndoCommand* MakeSpecialCommand(Document& doc, EditField field,
                                  const std::function<void(SpecialPoint&)>& set) {
-    return new ModelCommand(
-        doc, "Special Point", GeometryScope::None(), kChangeModel,
-        [set](ModelData& model, SelectionState&) {
-            if (!model.Special) return false;
-            SpecialPoint changed = *model.Special;
-            set(changed);
-            if (changed.Name == model.Special->Name &&
-                changed.Properties == model.Special->Properties &&
-                changed.Position == model.Special->Position &&
-                changed.Radius == model.Special->Radius) {
-                return false;
-            }
-            model.Special = changed;
-            return true;
-        },
-        MergeKey(kFieldSpecial, field));
+    const std::optional<SpecialPoint>& special = doc.model().Special;
+    SpecialPoint changed = special.value_or(SpecialPoint{});
+    set(changed);
+    return new ValueCommand<SpecialPoint>(
+        doc, "Special Point", {field}, kChangeModel,
+        [](ModelData& model) { return model.Special ? &*model.Special : nullptr; }, changed);
 }
 
 QUndoCommand* MakeSubObjectRadiusCommand(Document& doc, int s, float radius) {
-    return new SubObjectFieldCommand<float>(doc, "Sub-Model Radius", s, &SubObject::Radius, radius);
+    return MakeSubObjectFieldCommand(doc, "Sub-Model Radius", EditField::SubObjectRadius, s,
+                                     &SubObject::Radius, radius);
 }
 
 QUndoCommand* MakeOffsetCommand(Document& doc, int s, Vector3 offset, bool pivotOnly) {
@@ -105,7 +86,7 @@ QUndoCommand* MakeOffsetCommand(Document& doc, int s, Vector3 offset, bool pivot
                 MovePivot(model, s, delta);
                 return true;
             },
-            MergeKey(kFieldPivot, s));
+            EditKey{EditField::Pivot, s});
     }
     return new ModelCommand(
         doc, "Move Sub-Model", GeometryScope::None(), kChangeSubObject | kChangeModel,
@@ -115,7 +96,7 @@ QUndoCommand* MakeOffsetCommand(Document& doc, int s, Vector3 offset, bool pivot
             MoveSOBJ(model);
             return true;
         },
-        MergeKey(kFieldOffset, s));
+        EditKey{EditField::SubObjectOffset, s});
 }
 
 QUndoCommand* MakeStorePropertyCommand(Document& doc, int s, std::uint32_t flag,
@@ -144,16 +125,16 @@ QUndoCommand* MakeStorePropertyCommand(Document& doc, int s, std::uint32_t flag,
             sub.GlowSize = changed.GlowSize;
             return true;
         },
-        MergeKey(kFieldProperty, s));
+        EditKey{EditField::Property, s});
 }
 
 QUndoCommand* MakePointLocationCommand(Document& doc, PointType type, int i, Vector3 position) {
-    return PointVectorCommand(doc, "Move Point", kFieldPointLocation, type, i,
+    return PointVectorCommand(doc, "Move Point", EditField::PointLocation, type, i,
                               &ModelPoint::Position, position);
 }
 
 QUndoCommand* MakePointDirectionCommand(Document& doc, PointType type, int i, Vector3 direction) {
-    return PointVectorCommand(doc, "Point Direction", kFieldPointDirection, type, i,
+    return PointVectorCommand(doc, "Point Direction", EditField::PointDirection, type, i,
                               &ModelPoint::Normal, direction);
 }
 

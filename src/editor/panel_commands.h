@@ -7,30 +7,16 @@
 #include <functional>
 
 #include "editor/document.h"
+#include "editor/edit_commands.h"
 
 namespace mw {
-
-// Merge keys: a field kind times this, plus the sub-object.
-inline constexpr int kMergeSpan = 100000;
-enum PanelField {
-    kFieldModelRadius = 1,
-    kFieldSpecial = 2,
-    kFieldOffset = 3,
-    kFieldPivot = 4,
-    kFieldProperty = 5,
-    kFieldPointLocation = 6,
-    kFieldPointDirection = 7,
-    kFieldKeyPosition = 8,
-    kFieldKeyAngle = 9,
-    kFieldKeyAxis = 10,
-    kFieldKeyMove = 11,
-};
 
 QUndoCommand* MakeModelRadiusCommand(Document& doc, float radius);
 // Switches the special point off (keeping its data in the model) or on again.
 QUndoCommand* MakeSpecialUsedCommand(Document& doc, bool used);
-// Changes the special point through `set`; `field` tells edits of different fields apart.
-QUndoCommand* MakeSpecialCommand(Document& doc, int field,
+// Changes the special point through `set`; `field` (one of the Special… fields) tells edits
+// of different fields apart.
+QUndoCommand* MakeSpecialCommand(Document& doc, EditField field,
                                  const std::function<void(SpecialPoint&)>& set);
 QUndoCommand* MakeSubObjectRadiusCommand(Document& doc, int s, float radius);
 // A new offset for s: with `pivotOnly` the mesh, points and children stay where they are in

@@ -10,16 +10,6 @@ namespace {
 
 constexpr double kUnitsPerDegree = 182.044444444444;
 
-PosKey* PositionKeyAt(ModelData& model, int s, int frame) {
-    const int i = GetPANIindex(model, s, frame, true);
-    return i < 0 ? nullptr : &model.Sub(s).Pos.Keys[static_cast<std::size_t>(i)];
-}
-
-RotKey* RotationKeyAt(ModelData& model, int s, int frame) {
-    const int i = GetRANIindex(model, s, frame, true);
-    return i < 0 ? nullptr : &model.Sub(s).Rot.Keys[static_cast<std::size_t>(i)];
-}
-
 struct Quaternion {
     double x = 0.0, y = 0.0, z = 0.0, w = 1.0;
 };
@@ -63,6 +53,17 @@ Quaternion MatrixQuaternion(const Matrix4& m) {
 }
 
 }  // namespace
+
+PosKey* PositionKeyAt(ModelData& model, int s, int frame) {
+    const int i = GetPANIindex(model, s, frame, true);
+    return i < 0 ? nullptr : &model.Sub(s).Pos.Keys[static_cast<std::size_t>(i)];
+}
+
+RotKey* RotationKeyAt(ModelData& model, int s, int frame) {
+    const int i = GetRANIindex(model, s, frame, true);
+    return i < 0 ? nullptr : &model.Sub(s).Rot.Keys[static_cast<std::size_t>(i)];
+}
+
 
 int DegreesToKeyAngle(double degrees) {
     // nearbyint rounds halves to even in the default rounding mode.

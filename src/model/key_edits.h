@@ -30,6 +30,10 @@ AxisAngle MatrixToAxisAngle(const Matrix4& matrix);
 // Each sets a value of the key exactly at `frame` of sub-object s; false, changing nothing,
 // when there is no such key or the value is already there. Rotation edits recompute the
 // sub-object's rotation matrices.
+// The position or rotation key of s at exactly `frame`, or null.
+PosKey* PositionKeyAt(ModelData& model, int s, int frame);
+RotKey* RotationKeyAt(ModelData& model, int s, int frame);
+
 bool SetPANIPosition(ModelData& model, int s, int frame, Vector3 position);
 bool SetRANIAngle(ModelData& model, int s, int frame, int angle);
 bool SetRANIAxis(ModelData& model, int s, int frame, Vector3 axis);

@@ -149,6 +149,8 @@ struct SpecialPoint {
     std::string Properties;
     Vector3 Position;
     float Radius = 0.0f;
+
+    bool operator==(const SpecialPoint&) const = default;
 };
 
 struct WeaponBattery {

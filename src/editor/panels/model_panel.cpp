@@ -17,7 +17,6 @@
 namespace mw {
 namespace {
 
-enum SpecialField { kName, kProperty, kRadius, kPosition };
 
 }  // namespace
 
@@ -82,12 +81,12 @@ void ModelPanel::connectSignals() {
         doc_.Apply(MakeSpecialUsedCommand(doc_, on));
         doc_.EndEditSession();
     });
-    connect(txtSPCLName_, &QLineEdit::textEdited, this, [this] { StoreSpecialText(kName); });
+    connect(txtSPCLName_, &QLineEdit::textEdited, this, [this] { StoreSpecialText(EditField::SpecialName); });
     connect(txtSPCLProperty_, &QLineEdit::textEdited, this,
-            [this] { StoreSpecialText(kProperty); });
-    connect(txtSPCLRadius_, &spinControl::Change, this, [this] { StoreSpecialNumbers(kRadius); });
+            [this] { StoreSpecialText(EditField::SpecialProperties); });
+    connect(txtSPCLRadius_, &spinControl::Change, this, [this] { StoreSpecialNumbers(EditField::SpecialRadius); });
     for (spinControl* spin : txtSPCLpos_)
-        connect(spin, &spinControl::Change, this, [this] { StoreSpecialNumbers(kPosition); });
+        connect(spin, &spinControl::Change, this, [this] { StoreSpecialNumbers(EditField::SpecialPosition); });
     // One typed entry or one drag is one undo step.
     for (spinControl* spin :
          {txtModelRadius_, txtSPCLRadius_, txtSPCLpos_[0], txtSPCLpos_[1], txtSPCLpos_[2]}) {
@@ -127,21 +126,21 @@ void ModelPanel::ShowModelPanel() {
     filling_ = false;
 }
 
-void ModelPanel::StoreSpecialText(int field) {
+void ModelPanel::StoreSpecialText(EditField field) {
     if (filling_) return;
-    const std::string text = ToFileText((field == kName ? txtSPCLName_ : txtSPCLProperty_)->text());
+    const std::string text = ToFileText((field == EditField::SpecialName ? txtSPCLName_ : txtSPCLProperty_)->text());
     doc_.Apply(MakeSpecialCommand(doc_, field, [field, text](SpecialPoint& p) {
-        (field == kName ? p.Name : p.Properties) = text;
+        (field == EditField::SpecialName ? p.Name : p.Properties) = text;
     }));
 }
 
-void ModelPanel::StoreSpecialNumbers(int field) {
+void ModelPanel::StoreSpecialNumbers(EditField field) {
     if (filling_) return;
     const float radius = txtSPCLRadius_->Value();
     const Vector3 position{txtSPCLpos_[0]->Value(), txtSPCLpos_[1]->Value(),
                            txtSPCLpos_[2]->Value()};
     doc_.Apply(MakeSpecialCommand(doc_, field, [field, radius, position](SpecialPoint& p) {
-        if (field == kRadius) {
+        if (field == EditField::SpecialRadius) {
             p.Radius = radius;
         } else {
             p.Position = position;

@@ -8,6 +8,8 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 
+#include "editor/edit_commands.h"
+
 namespace mw {
 
 class Document;
@@ -24,8 +26,8 @@ class ModelPanel : public QWidget {
   private:
     void connectSignals();
     void EnableSpecialFields(bool on);
-    void StoreSpecialText(int field);
-    void StoreSpecialNumbers(int field);
+    void StoreSpecialText(EditField field);
+    void StoreSpecialNumbers(EditField field);
 
     Document& doc_;
     bool filling_ = false;
