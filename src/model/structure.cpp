@@ -125,6 +125,10 @@ bool SOBJCombine(ModelData& model, int a, int b) {
             if (p.Parent == a) p.Position = Add(p.Position, delta);
         }
     }
+    // The merged members are no longer sub-objects of their own: a battery cannot name them
+    // as turrets (the file would have no slot to write for them).
+    for (int member : columnA)
+        RemoveWBATturret(model, member);
     columnB.insert(columnB.end(), columnA.begin(), columnA.end());
     model.MergeTable.erase(model.MergeTable.begin() + ka);
     return true;

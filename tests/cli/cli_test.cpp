@@ -162,6 +162,16 @@ TEST_F(CliTest, EditStructuralOperations) {
     EXPECT_EQ(m.Sub(3).VertexCount(), 16);
 }
 
+TEST_F(CliTest, CombiningTheTurretAwayWritesNoEmptyTurretSlot) {
+    ModelData sample = Load("ship.oof");
+    ASSERT_EQ(sample.Batteries[1].Turrets, (std::vector<std::int32_t>{3}));
+    ASSERT_EQ(Cli({"edit", Path("ship.oof"), Path("b.oof"), "--combine", "3:0"}).status, 0);
+    const ModelData m = Load("b.oof");
+    ASSERT_EQ(m.Batteries.size(), 2u);
+    EXPECT_TRUE(m.Batteries[1].Turrets.empty());  // not the -1 of a slot that is gone
+    EXPECT_EQ(m.Batteries[1].GunPoints, sample.Batteries[1].GunPoints);
+}
+
 TEST_F(CliTest, RefusedOperationsWriteNothing) {
     const auto refused = [&](std::vector<std::string> ops, const std::string& message) {
         std::vector<std::string> args{"edit", Path("ship.oof"), Path("no.oof")};

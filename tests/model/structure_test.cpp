@@ -121,6 +121,17 @@ TEST(Structure, CombineAndAdoptHandsPointsAndChildrenToTheTarget) {
     EXPECT_EQ(m.AttachPoints[0].Parent, 2);
 }
 
+TEST(Structure, CombiningATurretAwayTakesItOutOfItsBatteries) {
+    // 0 -> {1, 2}; 2 is a turret in both batteries. Merging 2 into 1 leaves no slot for it.
+    ModelData m = ModelWithParents({-1, 0, 0});
+    m.GunPoints = {At(0)};
+    m.Batteries = {{{0}, {2, 1}}, {{}, {2}}};
+    ASSERT_TRUE(CombineAndAdopt(m, 2, 1));
+    EXPECT_EQ(m.Batteries[0].Turrets, (std::vector<std::int32_t>{1}));
+    EXPECT_TRUE(m.Batteries[1].Turrets.empty());
+    EXPECT_EQ(m.Batteries[0].GunPoints, (std::vector<std::int32_t>{0}));
+}
+
 TEST(Structure, ReparentKeepsWorldPositionAndMovesTheBlock) {
     // 0 -> {1 -> {2}, 3}; slots 0 1 2 3.
     ModelData m = ModelWithParents({-1, 0, 1, 0});
