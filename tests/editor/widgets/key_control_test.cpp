@@ -3,6 +3,7 @@
 #include "editor/widgets/key_control.h"
 
 #include <gtest/gtest.h>
+#include <QAccessible>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -53,6 +54,10 @@ TEST_F(KeyControlTest, TheFilterKeepsOutTheOtherKind) {
 TEST_F(KeyControlTest, RangeLabelAndSingleFrameTrack) {
     timeline_.SetCurKeyFrame(12.7f);
     EXPECT_EQ(timeline_.label().text(), "12/60");
+    // Assistive tools read the value with the label's caption.
+    QAccessibleInterface* label = QAccessible::queryAccessibleInterface(&timeline_.label());
+    ASSERT_NE(label, nullptr);
+    EXPECT_EQ(label->text(QAccessible::Name), "Timeline Frame: 12/60");
     EXPECT_EQ(timeline_.FrameX(60), timeline_.KeyTrackRect().width() - 1);
     EXPECT_EQ(timeline_.FrameX(90), timeline_.KeyTrackRect().width() - 1);  // clamped
 
