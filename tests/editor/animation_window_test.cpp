@@ -1,8 +1,11 @@
 // The animation panel, the strip and the key menu in the editor window on the sample ship.
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
 
@@ -145,6 +148,73 @@ TEST_F(AnimationWindowTest, EveryControlHasAnAccessibleName) {
             ExpectAccessibleName(w);
         }
     }
+}
+
+// At the size the window starts with (also its smallest), the animation panel is taller than
+// its area: it scrolls, and the scroll bar shows.
+TEST_F(AnimationWindowTest, TheAnimationPanelScrollsInTheSmallestWindow) {
+    window_->resize(1100, 760);
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    ShowTab("Animation");
+    doc().SelectSubObject(3);
+    QTest::qWait(50);
+    auto* area = window_->findChild<QScrollArea*>("picTabMain");
+    ASSERT_NE(area, nullptr);
+    EXPECT_TRUE(area->verticalScrollBar()->isVisible());
+    EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+    // The controls at the bottom are reached by scrolling (as keyboard focus does).
+    QWidget* panel = panels().FindPanel("Animation");
+    QWidget* last = nullptr;
+    for (QWidget* w : panel->findChildren<QWidget*>()) {
+        if (w->focusPolicy() != Qt::NoFocus &&
+            (last == nullptr || w->mapTo(panel, QPoint()).y() > last->mapTo(panel, QPoint()).y()))
+            last = w;
+    }
+    ASSERT_NE(last, nullptr);
+    area->ensureWidgetVisible(last);
+    QApplication::processEvents();
+    EXPECT_GT(area->verticalScrollBar()->value(), 0);
+    if (const QString shot = ScreenshotPath("editor-small-animation.png"); !shot.isEmpty()) {
+        EXPECT_TRUE(WindowImage().save(shot));
+    }
+}
+
+// Tab from the tab strip reaches every control of the shown panel and of the strip, the
+// panel's before the strip's.
+TEST_F(AnimationWindowTest, TabReachesEveryControlInOrder) {
+    ASSERT_TRUE(window_->LoadModel(kShip));
+    ShowTab("Animation");
+    doc().SelectSubObject(3);
+    window_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    panels().tabs().setFocus();
+    QWidget* panel = panels().FindPanel("Animation");
+    QWidget* strip = &Part<AnimationStrip>();
+    std::vector<QWidget*> visited;
+    for (int i = 0; i < 200; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QWidget* w = QApplication::focusWidget();
+        if (!visited.empty() && w == visited.front()) break;
+        visited.push_back(w);
+    }
+    auto position = [&visited](QWidget* w) {
+        return std::find(visited.begin(), visited.end(), w) - visited.begin();
+    };
+    std::ptrdiff_t lastInPanel = -1;
+    std::ptrdiff_t firstInStrip = static_cast<std::ptrdiff_t>(visited.size());
+    for (QWidget* root : {panel, strip}) {
+        for (QWidget* w : root->findChildren<QWidget*>()) {
+            if (!(w->focusPolicy() & Qt::TabFocus) || !w->isVisibleTo(window_.get()) ||
+                !w->isEnabled() || w->focusProxy() != nullptr)
+                continue;
+            const auto at = position(w);
+            EXPECT_LT(at, static_cast<std::ptrdiff_t>(visited.size()))
+                << w->objectName().toStdString() << " is never reached";
+            if (root == panel) lastInPanel = std::max(lastInPanel, at);
+            if (root == strip) firstInStrip = std::min(firstInStrip, at);
+        }
+    }
+    EXPECT_LT(lastInPanel, firstInStrip);
 }
 
 TEST_F(AnimationWindowTest, Screenshot) {
