@@ -172,9 +172,8 @@ void UndoStackAfterFieldEdits(benchmark::State& state) {
             const int s = i % doc.model().SubObjectCount();
             Vector3 offset = doc.model().Sub(s).Offset;
             offset.X += 0.25f;
-            doc.Apply(
-                MakeSubObjectFieldCommand(doc, "Offset", EditField::SubObjectOffset, s,
-                                          &SubObject::Offset, offset));
+            doc.Apply(MakeSubObjectFieldCommand(doc, "Offset", EditField::SubObjectOffset, s,
+                                                &SubObject::Offset, offset));
             doc.EndEditSession();
         }
         state.PauseTiming();

@@ -99,7 +99,7 @@ std::vector<QAction*> MainActions::AddChoices(QMenu* menu, const QString& name,
 }
 
 QAction* MainActions::AddToggle(QMenu* menu, const char* name, const QString& caption,
-                               bool DisplaySettings::*flag) {
+                                bool DisplaySettings::*flag) {
     QAction* a = Add(menu, name, caption);
     a->setCheckable(true);
     a->setChecked(doc_.display().*flag);
@@ -268,7 +268,8 @@ void MainActions::BuildDisplayMenu() {
     menus_["mnuViewEffects"] = effects;
     AddToggle(effects, "mnuViewFacing", "Facing", &DisplaySettings::Facing);
     AddToggle(effects, "mnuViewGlow", "Glow Effects", &DisplaySettings::Glow);
-    AddToggle(effects, "mnuViewTexAnimate", "Texture Animation", &DisplaySettings::TextureAnimation);
+    AddToggle(effects, "mnuViewTexAnimate", "Texture Animation",
+              &DisplaySettings::TextureAnimation);
     AddToggle(effects, "mnuViewFiltering", "Bilinear Filtering",
               &DisplaySettings::BilinearFiltering);
     show->addSeparator()->setObjectName("mnuDisplaySep4");

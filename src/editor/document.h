@@ -141,7 +141,7 @@ class Document : public QObject {
     void frameChanged();
     void playingChanged(bool playing);
     void displayChanged();
-    void backgroundRequested();  // read the background picture the display names
+    void backgroundRequested();       // read the background picture the display names
     void animationSettingsChanged();  // key filter, loop, time or range
     void cleanChanged(bool clean);
     void fileChanged();

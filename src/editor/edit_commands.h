@@ -143,8 +143,8 @@ class ValueCommand : public QUndoCommand {
 
 // A field of sub-object s, as a value command.
 template <typename T>
-QUndoCommand* MakeSubObjectFieldCommand(Document& doc, const QString& text, EditField field,
-                                        int s, T SubObject::*member, T value,
+QUndoCommand* MakeSubObjectFieldCommand(Document& doc, const QString& text, EditField field, int s,
+                                        T SubObject::*member, T value,
                                         unsigned changes = kChangeSubObject) {
     return new ValueCommand<T>(
         doc, text, {field, s}, changes,

@@ -13,7 +13,6 @@
 #include "gamedata/texture_loader.h"
 #include "model/oof.h"
 
-
 namespace mw {
 
 class CheckDialog;
@@ -34,8 +33,6 @@ class frmOOF : public QMainWindow {
     ~frmOOF() override;
 
     Document& document() { return *doc_; }
-    MainActions& actions() { return *actions_; }
-    FileCommands& files() { return *files_; }
     Prompts& prompts() { return *prompts_; }
     // True when the viewport has an OpenGL context (checked once at start-up).
     bool ViewportReady() const;

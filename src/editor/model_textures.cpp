@@ -74,8 +74,7 @@ QString ModelTextures::ImageName(int t) const {
     const ResolvedTexture& resolved = loaded_.Resolved[ti];
     switch (resolved.Source) {
         case TextureSource::Loose:
-            return QString::fromStdString(
-                std::filesystem::path(resolved.Path).filename().string());
+            return QString::fromStdString(std::filesystem::path(resolved.Path).filename().string());
         case TextureSource::Missing:
             return names.GameName.empty() ? QString() : FromFileText(names.GameName) + ".ogf";
         default:

@@ -250,7 +250,8 @@ void Viewport::Advance(float elapsed) {
             changed = true;
         }
     }
-    if (d.RotatorAnimation) changed = AdvanceRotators(doc_.model(), viewAngles_, elapsed) || changed;
+    if (d.RotatorAnimation)
+        changed = AdvanceRotators(doc_.model(), viewAngles_, elapsed) || changed;
     if (changed) update();
 }
 

@@ -64,7 +64,6 @@ RotKey* RotationKeyAt(ModelData& model, int s, int frame) {
     return i < 0 ? nullptr : &model.Sub(s).Rot.Keys[static_cast<std::size_t>(i)];
 }
 
-
 int DegreesToKeyAngle(double degrees) {
     // nearbyint rounds halves to even in the default rounding mode.
     return static_cast<int>(std::nearbyint(degrees * kUnitsPerDegree));

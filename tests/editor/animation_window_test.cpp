@@ -1,6 +1,5 @@
 // The animation panel, the strip and the key menu in the editor window on the sample ship.
 #include <gtest/gtest.h>
-#include <algorithm>
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QLineEdit>
@@ -8,16 +7,17 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
+#include <algorithm>
 
 #include "editor/animation_strip.h"
 #include "editor/key_commands.h"
 #include "editor/key_menu.h"
 #include "editor/panels/panel_host.h"
+#include "editor/playback.h"
 #include "editor/widgets/key_control.h"
 #include "editor/widgets/spin_control.h"
-#include "editor/playback.h"
-#include "support/editor_window.h"
 #include "model/keys.h"
+#include "support/editor_window.h"
 #include "support/sample_document.h"
 
 namespace mw {
@@ -29,7 +29,7 @@ TEST_F(AnimationWindowTest, KeyMenuCopiesAndPastesThroughTheClipboard) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     keyControl& timeline = Part<AnimationStrip>().timeline();
     KeyMenu& keys = Part<KeyMenu>();
-    QMenu* menu = window_->actions().menu("mnuAnimation");
+    QMenu* menu = Part<MainActions>().menu("mnuAnimation");
     emit menu->aboutToShow();
     EXPECT_FALSE(Action("mnuAnimationCut")->isEnabled());  // nothing selected
     EXPECT_FALSE(Action("mnuAnimationPaste")->isEnabled());
@@ -97,7 +97,7 @@ TEST_F(AnimationWindowTest, RightClickOnTheTimelinePopsUpTheMenuWithoutItsViewIt
     doc().SelectSubObject(6);
     keyControl& timeline = Part<AnimationStrip>().timeline();
     const QRect track = timeline.KeyTrackRect();
-    QMenu* menu = window_->actions().menu("mnuAnimation");
+    QMenu* menu = Part<MainActions>().menu("mnuAnimation");
     QTest::mousePress(&timeline, Qt::RightButton, Qt::NoModifier,
                       QPoint(track.left() + timeline.FrameX(10), track.center().y()));
     ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }));

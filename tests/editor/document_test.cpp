@@ -88,94 +88,141 @@ std::vector<Case> Cases() {
          [](Document& d) { return MakePointParentCommand(d, PointType::GRND, 1, 0); },
          {-1, 1, "GRND"}},
         // The panels' edits.
-        {"Model Radius", [](Document& d) { d.SelectRoot(); },
-         [](Document& d) { return MakeModelRadiusCommand(d, 7.25f); }, {-1, -1, ""}},
-        {"Use Special Point", [](Document& d) { d.model().SpecialParked = SpecialSpot(); },
-         [](Document& d) { return MakeSpecialUsedCommand(d, true); }, {-1, -1, ""}},
-        {"Drop Special Point", [](Document& d) { d.model().Special = SpecialSpot(); },
-         [](Document& d) { return MakeSpecialUsedCommand(d, false); }, {-1, -1, ""}},
-        {"Special Point", [](Document& d) { d.model().Special = SpecialSpot(); },
+        {"Model Radius",
+         [](Document& d) { d.SelectRoot(); },
+         [](Document& d) { return MakeModelRadiusCommand(d, 7.25f); },
+         {-1, -1, ""}},
+        {"Use Special Point",
+         [](Document& d) { d.model().SpecialParked = SpecialSpot(); },
+         [](Document& d) { return MakeSpecialUsedCommand(d, true); },
+         {-1, -1, ""}},
+        {"Drop Special Point",
+         [](Document& d) { d.model().Special = SpecialSpot(); },
+         [](Document& d) { return MakeSpecialUsedCommand(d, false); },
+         {-1, -1, ""}},
+        {"Special Point",
+         [](Document& d) { d.model().Special = SpecialSpot(); },
          [](Document& d) {
-             return MakeSpecialCommand(d, EditField::SpecialPosition,
-                                       [](SpecialPoint& p) { p.Position = {0, 2, -1}; });
+             return MakeSpecialCommand(d, EditField::SpecialPosition, [](SpecialPoint& p) {
+                 p.Position = {0, 2, -1};
+             });
          },
          {-1, -1, ""}},
-        {"Sub-Model Radius", [](Document& d) { d.SelectSubObject(2); },
-         [](Document& d) { return MakeSubObjectRadiusCommand(d, 2, 4.5f); }, {2, -1, ""}},
-        {"Move Sub-Model", [](Document& d) { d.SelectSubObject(2); },
-         [](Document& d) { return MakeOffsetCommand(d, 2, {3.5f, -0.2f, -1}, false); },
+        {"Sub-Model Radius",
+         [](Document& d) { d.SelectSubObject(2); },
+         [](Document& d) { return MakeSubObjectRadiusCommand(d, 2, 4.5f); },
          {2, -1, ""}},
-        {"Move Pivot", [](Document& d) { d.SelectSubObject(3); },
-         [](Document& d) { return MakeOffsetCommand(d, 3, {0, 1.5f, 0.25f}, true); },
+        {"Move Sub-Model",
+         [](Document& d) { d.SelectSubObject(2); },
+         [](Document& d) {
+             return MakeOffsetCommand(d, 2, {3.5f, -0.2f, -1}, false);
+         },
+         {2, -1, ""}},
+        {"Move Pivot",
+         [](Document& d) { d.SelectSubObject(3); },
+         [](Document& d) {
+             return MakeOffsetCommand(d, 3, {0, 1.5f, 0.25f}, true);
+         },
          {3, -1, ""}},
-        {"Sub-Model Property", [](Document& d) { d.SelectSubObject(3); },
+        {"Sub-Model Property",
+         [](Document& d) { d.SelectSubObject(3); },
          [](Document& d) {  // the turret becomes a rotator and leaves its battery
              PropertyValues values;
              values.RotatePeriod = 4.0f;
              return MakeStorePropertyCommand(d, 3, kPropRotate, values);
          },
          {3, -1, ""}},
-        {"Move Point", [](Document& d) { d.SelectPoint(PointType::GPNT, 1); },
-         [](Document& d) { return MakePointLocationCommand(d, PointType::GPNT, 1, {1, 0.5f, 1}); },
+        {"Move Point",
+         [](Document& d) { d.SelectPoint(PointType::GPNT, 1); },
+         [](Document& d) {
+             return MakePointLocationCommand(d, PointType::GPNT, 1, {1, 0.5f, 1});
+         },
          {-1, 1, "GPNT"}},
-        {"Point Direction", [](Document& d) { d.SelectPoint(PointType::NATH, 0); },
-         [](Document& d) { return MakePointDirectionCommand(d, PointType::NATH, 0, {0, 1, 0}); },
+        {"Point Direction",
+         [](Document& d) { d.SelectPoint(PointType::NATH, 0); },
+         [](Document& d) {
+             return MakePointDirectionCommand(d, PointType::NATH, 0, {0, 1, 0});
+         },
          {-1, 0, "NATH"}},
-        {"Add Battery", [](Document& d) { d.SelectRoot(); },
-         [](Document& d) { return MakeAddBatteryCommand(d); }, {-1, -1, ""}},
-        {"Delete Battery", [](Document& d) { d.SelectRoot(); },
-         [](Document& d) { return MakeDeleteBatteryCommand(d, 0); }, {-1, -1, ""}},
-        {"Add to Battery", [](Document& d) { d.SelectRoot(); },
+        {"Add Battery",
+         [](Document& d) { d.SelectRoot(); },
+         [](Document& d) { return MakeAddBatteryCommand(d); },
+         {-1, -1, ""}},
+        {"Delete Battery",
+         [](Document& d) { d.SelectRoot(); },
+         [](Document& d) { return MakeDeleteBatteryCommand(d, 0); },
+         {-1, -1, ""}},
+        {"Add to Battery",
+         [](Document& d) { d.SelectRoot(); },
          [](Document& d) { return MakeBatteryEntryCommand(d, 0, GunPointEntryText(2), true); },
          {-1, -1, ""}},
-        {"Remove from Battery", [](Document& d) { d.SelectRoot(); },
+        {"Remove from Battery",
+         [](Document& d) { d.SelectRoot(); },
          [](Document& d) {
              return MakeBatteryEntryCommand(d, 1, AssignedBatteryEntries(d.model(), 1)[0], false);
          },
          {-1, -1, ""}},
         // The key edits: the hatch (6) has position keys, the turret (3) rotation keys.
-        {"Add Positional Key", [](Document& d) { d.SelectSubObject(6); },
+        {"Add Positional Key",
+         [](Document& d) { d.SelectSubObject(6); },
          [](Document& d) { return MakeKeyPresenceCommand(d, 6, 5, KeyKind::Position, true); },
          {6, -1, ""}},
-        {"Delete Rotational Key", [](Document& d) { d.SelectSubObject(3); },
+        {"Delete Rotational Key",
+         [](Document& d) { d.SelectSubObject(3); },
          [](Document& d) { return MakeKeyPresenceCommand(d, 3, 10, KeyKind::Rotation, false); },
          {3, -1, ""}},
-        {"Key Position", [](Document& d) { d.SelectSubObject(6); },
-         [](Document& d) { return MakeKeyPositionCommand(d, 6, 10, {0.5f, 1.25f, 2}); },
-         {6, -1, ""}},
-        {"Key Angle", [](Document& d) { d.SelectSubObject(3); },
-         [](Document& d) { return MakeKeyAngleCommand(d, 3, 10, 12345); }, {3, -1, ""}},
-        {"Axis of Rotation", [](Document& d) { d.SelectSubObject(3); },
-         [](Document& d) { return MakeKeyAxisCommand(d, 3, 10, {0.6f, 0.8f, 0}); },
-         {3, -1, ""}},
-        {"Mirror Y", [](Document& d) { d.SelectSubObject(3); },
-         [](Document& d) { return MakeMirrorAxisCommand(d, 3, 10, 1); }, {3, -1, ""}},
-        {"Move Key", [](Document& d) { d.SelectSubObject(6); },
-         [](Document& d) { return MakeMoveKeysCommand(d, 6, 10, 13, KeyFilter::All); },
-         {6, -1, ""}},
-        {"Cut Key", [](Document& d) { d.SelectSubObject(6); },
+        {"Key Position",
+         [](Document& d) { d.SelectSubObject(6); },
          [](Document& d) {
-             return MakeDeleteKeysCommand(d, "Cut Key", 6, 10, 10, KeyFilter::All);
+             return MakeKeyPositionCommand(d, 6, 10, {0.5f, 1.25f, 2});
          },
          {6, -1, ""}},
-        {"Paste Key", [](Document& d) { d.SelectSubObject(6); },
+        {"Key Angle",
+         [](Document& d) { d.SelectSubObject(3); },
+         [](Document& d) { return MakeKeyAngleCommand(d, 3, 10, 12345); },
+         {3, -1, ""}},
+        {"Axis of Rotation",
+         [](Document& d) { d.SelectSubObject(3); },
+         [](Document& d) {
+             return MakeKeyAxisCommand(d, 3, 10, {0.6f, 0.8f, 0});
+         },
+         {3, -1, ""}},
+        {"Mirror Y",
+         [](Document& d) { d.SelectSubObject(3); },
+         [](Document& d) { return MakeMirrorAxisCommand(d, 3, 10, 1); },
+         {3, -1, ""}},
+        {"Move Key",
+         [](Document& d) { d.SelectSubObject(6); },
+         [](Document& d) { return MakeMoveKeysCommand(d, 6, 10, 13, KeyFilter::All); },
+         {6, -1, ""}},
+        {"Cut Key",
+         [](Document& d) { d.SelectSubObject(6); },
+         [](Document& d) { return MakeDeleteKeysCommand(d, "Cut Key", 6, 10, 10, KeyFilter::All); },
+         {6, -1, ""}},
+        {"Paste Key",
+         [](Document& d) { d.SelectSubObject(6); },
          [](Document& d) {
              static KeyClipboard clip;
              CopyKey(d.model(), 3, 10, KeyFilter::All, false, clip);
              return MakePasteKeyCommand(d, 6, 7, KeyFilter::All, clip);
          },
          {6, -1, ""}},
-        {"Paste All Keys", [](Document& d) { d.SelectSubObject(4); },
+        {"Paste All Keys",
+         [](Document& d) { d.SelectSubObject(4); },
          [](Document& d) {
              static KeyClipboard clip;
              CopyAllKeys(d.model(), 6, 0, 20, KeyFilter::All, false, clip);
              return MakePasteAllKeysCommand(d, 4, 30, KeyFilter::All, clip);
          },
          {4, -1, ""}},
-        {"Current Sub to Start", [](Document& d) { d.SelectSubObject(4); },
-         [](Document& d) { return MakeToStartCommand(d, 4, 5); }, {4, -1, ""}},
-        {"All Subs to Start", [](Document& d) { d.SelectRoot(); },
-         [](Document& d) { return MakeToStartCommand(d, -1, 5); }, {-1, -1, ""}},
+        {"Current Sub to Start",
+         [](Document& d) { d.SelectSubObject(4); },
+         [](Document& d) { return MakeToStartCommand(d, 4, 5); },
+         {4, -1, ""}},
+        {"All Subs to Start",
+         [](Document& d) { d.SelectRoot(); },
+         [](Document& d) { return MakeToStartCommand(d, -1, 5); },
+         {-1, -1, ""}},
     };
 }
 

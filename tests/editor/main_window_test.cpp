@@ -19,10 +19,10 @@
 #include "editor/document.h"
 #include "editor/edit_commands.h"
 #include "editor/file_commands.h"
+#include "editor/model_textures.h"
 #include "editor/panels/panel_host.h"
 #include "editor/recent_files.h"
 #include "editor/tree/tree_control.h"
-#include "editor/model_textures.h"
 #include "editor/viewport.h"
 #include "support/editor_window.h"
 #include "support/sample_document.h"
@@ -148,10 +148,10 @@ TEST_F(EditorTest, EveryMenuItemHasItsCaptionAndShortcut) {
     for (QAction* a : window_->menuBar()->actions())
         bar << a->text();
     EXPECT_EQ(bar, (QStringList{"File", "Edit", "Tools", "Animation", "Display", "Help"}));
-    EXPECT_EQ(window_->actions().menu("mnuViewModeMain")->title(), "Mode");
-    EXPECT_EQ(window_->actions().menu("mnuViewTypeMain")->title(), "View");
-    EXPECT_EQ(window_->actions().menu("mnuViewEffects")->title(), "Effects");
-    EXPECT_EQ(window_->actions().menu("mnuKeyFilter")->title(), "Filter Keys");
+    EXPECT_EQ(Part<MainActions>().menu("mnuViewModeMain")->title(), "Mode");
+    EXPECT_EQ(Part<MainActions>().menu("mnuViewTypeMain")->title(), "View");
+    EXPECT_EQ(Part<MainActions>().menu("mnuViewEffects")->title(), "Effects");
+    EXPECT_EQ(Part<MainActions>().menu("mnuKeyFilter")->title(), "Filter Keys");
     EXPECT_FALSE(Action("mnuMRUPaths_0")->isVisible());
 }
 
@@ -172,7 +172,7 @@ TEST_F(EditorTest, ToolBarButtonsHaveTipsIconsAndNames) {
         {"viewpoints", "Show Special Points"},
         {"viewnormals", "Show Normals"},
     };
-    QToolBar& bar = window_->actions().toolBar();
+    QToolBar& bar = Part<MainActions>().toolBar();
     for (const auto& [key, tip] : buttons) {
         QAction* a = Action(key);
         ASSERT_NE(a, nullptr) << key;
@@ -193,7 +193,7 @@ TEST_F(EditorTest, ToolBarButtonsHaveTipsIconsAndNames) {
     Action("mnuViewPoints")->trigger();
     EXPECT_NE(Action("viewpoints")->isChecked(), points);
     EXPECT_NE(doc().display().ViewPoints, points);
-    EXPECT_EQ(window_->actions().hogList().objectName(), "cboHOG");
+    EXPECT_EQ(Part<MainActions>().hogList().objectName(), "cboHOG");
 }
 
 TEST_F(EditorTest, CommandsNeedAModelAndASelection) {
@@ -243,18 +243,18 @@ TEST_F(EditorTest, CommandsNeedAModelAndASelection) {
 TEST_F(EditorTest, ScalingReportsRefusalsAndRefitsTheCamera) {
     ASSERT_TRUE(window_->LoadModel(kShip));
     const float radius = doc().model().Header.Radius;
-    window_->actions().ScaleBy(1.0f);
+    Part<MainActions>().ScaleBy(1.0f);
     ASSERT_EQ(prompts_.messages.size(), 1u);
     EXPECT_EQ(prompts_.messages[0].text,
               "Scaling would result in a Model Radius < 0.1 - Scaling not done.");
-    window_->actions().ScaleBy(1e7f);
+    Part<MainActions>().ScaleBy(1e7f);
     ASSERT_EQ(prompts_.messages.size(), 2u);
     EXPECT_EQ(prompts_.messages[1].text,
               "Scalng would result in a Model Radius > 90000.0 - Scaling not done.");
     EXPECT_EQ(doc().undoStack().count(), 0);
 
     const float zoom = viewport().camera().Zoom;
-    window_->actions().ScaleBy(200.0f);
+    Part<MainActions>().ScaleBy(200.0f);
     EXPECT_FLOAT_EQ(doc().model().Header.Radius, radius * 2.0f);
     EXPECT_LT(viewport().camera().Zoom, zoom);  // the camera moved back
     EXPECT_EQ(Action("mnuEditUndo")->text(), "Undo Scale Model");
@@ -270,7 +270,7 @@ TEST_F(EditorTest, RecentPathsFillTheFileMenu) {
 }
 
 TEST_F(EditorTest, TheArchiveListOpensAModelThatSavesOnlyThroughSaveAs) {
-    QComboBox& list = window_->actions().hogList();
+    QComboBox& list = Part<MainActions>().hogList();
     ASSERT_EQ(list.count(), 1);
     EXPECT_EQ(list.itemText(0), "ship.oof");
     emit list.activated(0);

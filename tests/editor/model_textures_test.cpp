@@ -40,9 +40,8 @@ TEST_F(ModelTexturesTest, AGameNameInOtherCapitalsResolvesWithoutChangingTheMode
     EXPECT_TRUE(textures.loaded().Resolved[1].Decoded);
     EXPECT_EQ(textures.GameName(1), "Sample Wing Stripes");
     EXPECT_EQ(textures.ImageName(1), "ship_wing.ogf");
-    EXPECT_EQ(textures.SizeText(1), QString("%1x%2")
-                                        .arg(textures.picture(1)->Width)
-                                        .arg(textures.picture(1)->Height));
+    EXPECT_EQ(textures.SizeText(1),
+              QString("%1x%2").arg(textures.picture(1)->Width).arg(textures.picture(1)->Height));
 
     // The model is as it was: same bytes, nothing to undo, nothing unsaved.
     EXPECT_EQ(doc.model().Textures[1].Name, "sample WING stripes");

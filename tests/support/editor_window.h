@@ -63,8 +63,8 @@ class EditorTest : public ::testing::Test {
         }
         QApplication::processEvents();
     }
-    QAction* Action(const char* name) { return window_->actions().action(name); }
-    void OpenEditMenu() { emit window_->actions().menu("mnuEdit")->aboutToShow(); }
+    QAction* Action(const char* name) { return Part<MainActions>().action(name); }
+    void OpenEditMenu() { emit Part<MainActions>().menu("mnuEdit")->aboutToShow(); }
 
     QImage ViewportImage() {
         QApplication::processEvents();

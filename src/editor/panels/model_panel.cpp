@@ -15,10 +15,7 @@
 #include "editor/widgets/value_label.h"
 
 namespace mw {
-namespace {
-
-
-}  // namespace
+namespace {}  // namespace
 
 ModelPanel::ModelPanel(Document& doc, QWidget* parent) : QWidget(parent), doc_(doc) {
     setObjectName("fraModel");
@@ -81,12 +78,15 @@ void ModelPanel::connectSignals() {
         doc_.Apply(MakeSpecialUsedCommand(doc_, on));
         doc_.EndEditSession();
     });
-    connect(txtSPCLName_, &QLineEdit::textEdited, this, [this] { StoreSpecialText(EditField::SpecialName); });
+    connect(txtSPCLName_, &QLineEdit::textEdited, this,
+            [this] { StoreSpecialText(EditField::SpecialName); });
     connect(txtSPCLProperty_, &QLineEdit::textEdited, this,
             [this] { StoreSpecialText(EditField::SpecialProperties); });
-    connect(txtSPCLRadius_, &spinControl::Change, this, [this] { StoreSpecialNumbers(EditField::SpecialRadius); });
+    connect(txtSPCLRadius_, &spinControl::Change, this,
+            [this] { StoreSpecialNumbers(EditField::SpecialRadius); });
     for (spinControl* spin : txtSPCLpos_)
-        connect(spin, &spinControl::Change, this, [this] { StoreSpecialNumbers(EditField::SpecialPosition); });
+        connect(spin, &spinControl::Change, this,
+                [this] { StoreSpecialNumbers(EditField::SpecialPosition); });
     // One typed entry or one drag is one undo step.
     for (spinControl* spin :
          {txtModelRadius_, txtSPCLRadius_, txtSPCLpos_[0], txtSPCLpos_[1], txtSPCLpos_[2]}) {
@@ -128,7 +128,8 @@ void ModelPanel::ShowModelPanel() {
 
 void ModelPanel::StoreSpecialText(EditField field) {
     if (filling_) return;
-    const std::string text = ToFileText((field == EditField::SpecialName ? txtSPCLName_ : txtSPCLProperty_)->text());
+    const std::string text =
+        ToFileText((field == EditField::SpecialName ? txtSPCLName_ : txtSPCLProperty_)->text());
     doc_.Apply(MakeSpecialCommand(doc_, field, [field, text](SpecialPoint& p) {
         (field == EditField::SpecialName ? p.Name : p.Properties) = text;
     }));

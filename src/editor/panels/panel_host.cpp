@@ -83,9 +83,9 @@ PanelHost::PanelHost(Document& doc, const QPixmap& logo, QWidget* parent)
         if (total > 0) SetTreeSplit(static_cast<float>(sizes.value(0)) / total);
     });
     connect(tabs_, &QTabBar::currentChanged, this, &PanelHost::TabChanged);
-    for (const auto& [keys, step] : {std::pair{QKeySequence(Qt::CTRL | Qt::Key_Tab), 1},
-                                     std::pair{QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
-                                               -1}}) {
+    for (const auto& [keys, step] :
+         {std::pair{QKeySequence(Qt::CTRL | Qt::Key_Tab), 1},
+          std::pair{QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), -1}}) {
         auto* shortcut = new QShortcut(keys, this);
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this, [this, step = step] { StepTab(step); });

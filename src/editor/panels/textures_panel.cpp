@@ -8,10 +8,10 @@
 
 #include "editor/document.h"
 #include "editor/file_text.h"
+#include "editor/model_textures.h"
 #include "editor/panels/panel_widgets.h"
 #include "editor/panels/texture_preview.h"
 #include "editor/widgets/value_label.h"
-#include "editor/model_textures.h"
 
 namespace mw {
 QString TextureListEntry(const std::string& gameName, const std::string& fileName) {

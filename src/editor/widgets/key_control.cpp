@@ -2,13 +2,13 @@
 
 #include <QLabel>
 
-#include "editor/widgets/value_label.h"
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QToolButton>
 #include <QToolTip>
 #include <cmath>
+#include "editor/widgets/value_label.h"
 
 namespace mw {
 namespace {

@@ -55,7 +55,7 @@ TEST_F(PreferencesWindowTest, ACompilerEnablesImportAndABackgroundIsShown) {
 
 TEST_F(PreferencesWindowTest, NewGameDataPathsAreReadAndTexturesReloadedOnYes) {
     ASSERT_TRUE(window_->LoadModel(kShip));
-    const int models = window_->actions().hogList().count();
+    const int models = Part<MainActions>().hogList().count();
     ASSERT_GT(models, 0);
     QSignalSpy reloaded(&Part<ModelTextures>(), &ModelTextures::texturesChanged);
     prompts_.answers = {QMessageBox::No, QMessageBox::Yes};
@@ -63,13 +63,13 @@ TEST_F(PreferencesWindowTest, NewGameDataPathsAreReadAndTexturesReloadedOnYes) {
     AnswerWith({{"txtD3Path", ""}});
     Action("mnuFilePreferences")->trigger();
     EXPECT_EQ(prompts_.questions, QStringList{"Reload Model Textures?"});
-    EXPECT_EQ(window_->actions().hogList().count(), 0);  // the archive is gone from the list
-    EXPECT_EQ(reloaded.count(), 0);                      // No
+    EXPECT_EQ(Part<MainActions>().hogList().count(), 0);  // the archive is gone from the list
+    EXPECT_EQ(reloaded.count(), 0);                       // No
 
     AnswerWith({{"txtD3Path", MW_SOURCE_DIR "/samples/gamedata/d3.hog"}});
     Action("mnuFilePreferences")->trigger();
     EXPECT_EQ(prompts_.questions.size(), 2);
-    EXPECT_EQ(window_->actions().hogList().count(), models);
+    EXPECT_EQ(Part<MainActions>().hogList().count(), models);
     EXPECT_EQ(reloaded.count(), 1);
     EXPECT_EQ(settings_.D3HogPath, MW_SOURCE_DIR "/samples/gamedata/d3.hog");
 }

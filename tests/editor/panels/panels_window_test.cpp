@@ -11,11 +11,11 @@
 #include "editor/panels/panel_host.h"
 #include "editor/panels/texture_preview.h"
 #include "editor/panels/textures_panel.h"
-#include "support/editor_window.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
 #include "model/properties.h"
+#include "support/editor_window.h"
 #include "support/temp_dir.h"
 
 namespace mw {
@@ -124,8 +124,7 @@ TEST_F(PanelsWindowTest, Screenshots) {
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-points.png")));
     ShowTab("Batteries");
     doc().SetSelection(SubObjectSelected(doc().selection(), -1));
-    auto* assigned =
-        panels().FindPanel("Batteries")->findChild<QListWidget*>("lstAssignedWBAT");
+    auto* assigned = panels().FindPanel("Batteries")->findChild<QListWidget*>("lstAssignedWBAT");
     assigned->setCurrentRow(1);
     QTest::qWait(100);
     EXPECT_TRUE(WindowImage().save(ScreenshotPath("editor-batteries.png")));
@@ -139,7 +138,7 @@ TEST_F(PanelsWindowTest, Screenshots) {
     m.Sub(6).Properties = "$glow=1,1";
     ParseProperties(m.Sub(6));
     doc().ResetModel(true);
-    window_->actions().action("mnuToolsCheck")->trigger();
+    Part<MainActions>().action("mnuToolsCheck")->trigger();
     auto* check = window_->findChild<QDialog*>("frmCheck");
     ASSERT_NE(check, nullptr);
     QTest::qWait(100);
