@@ -122,46 +122,32 @@ void Document::SetDisplay(const DisplaySettings& display) {
 }
 
 void Document::SetDisplayFlag(bool DisplaySettings::*flag, bool on) {
-    DisplaySettings d = display_;
-    d.*flag = on;
-    SetDisplay(d);
+    SetDisplayValue(flag, on);
 }
 
 void Document::SetViewMode(ViewMode mode) {
-    DisplaySettings d = display_;
-    d.Mode = mode;
-    SetDisplay(d);
+    SetDisplayValue(&DisplaySettings::Mode, mode);
 }
 
 void Document::SetViewType(ViewType type) {
-    DisplaySettings d = display_;
-    d.Type = type;
-    SetDisplay(d);
+    SetDisplayValue(&DisplaySettings::Type, type);
 }
 
 void Document::SetBackgroundImage(const std::string& path) {
-    DisplaySettings d = display_;
-    d.BackgroundImage = path;
-    SetDisplay(d);
+    SetDisplayValue(&DisplaySettings::BackgroundImage, path);
     emit backgroundRequested();
 }
 
 void Document::SetKeyFilter(int filter) {
-    AnimationState a = animation_;
-    a.keyFilter = filter;
-    SetAnimation(a);
+    SetAnimationValue(&AnimationState::keyFilter, filter);
 }
 
 void Document::SetAnimLoop(bool loop) {
-    AnimationState a = animation_;
-    a.animLoop = loop;
-    SetAnimation(a);
+    SetAnimationValue(&AnimationState::animLoop, loop);
 }
 
 void Document::SetAnimTime(float seconds) {
-    AnimationState a = animation_;
-    a.animTime = seconds;
-    SetAnimation(a);
+    SetAnimationValue(&AnimationState::animTime, seconds);
 }
 
 void Document::SetFrameRange(int start, int end) {

@@ -148,6 +148,19 @@ class Document : public QObject {
 
   private:
     void SetAnimation(const AnimationState& a);
+    // One display or animation value changed; the signal goes out when it differs.
+    template <typename T>
+    void SetDisplayValue(T DisplaySettings::*member, const T& value) {
+        DisplaySettings d = display_;
+        d.*member = value;
+        SetDisplay(d);
+    }
+    template <typename T>
+    void SetAnimationValue(T AnimationState::*member, const T& value) {
+        AnimationState a = animation_;
+        a.*member = value;
+        SetAnimation(a);
+    }
 
     clsOOF& oof_;
     SelectionState selection_;

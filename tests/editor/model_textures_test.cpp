@@ -12,12 +12,7 @@ namespace {
 
 class ModelTexturesTest : public ::testing::Test {
   protected:
-    ModelTexturesTest() {
-        settings_.D3HogPath = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
-        DeriveArchivePaths(settings_);
-        game_.Hog.ReadHOGs(settings_, nullptr);
-        game_.Gam.ReadGAMs(game_.Hog, settings_, nullptr, nullptr);
-    }
+    ModelTexturesTest() { test::ReadSampleGameData(settings_, game_); }
     Settings settings_;
     GameData game_;
     test::SampleDocument sample_;

@@ -18,6 +18,7 @@
 #include "editor/panels/panel_host.h"
 #include "editor/viewport.h"
 #include "gamedata/texture_loader.h"
+#include "support/sample_document.h"
 #include "support/scripted_prompts.h"
 
 namespace mw {
@@ -27,10 +28,7 @@ inline constexpr const char* kShip = MW_SOURCE_DIR "/samples/ship.oof";
 class EditorTest : public ::testing::Test {
   protected:
     EditorTest() {
-        settings_.D3HogPath = MW_SOURCE_DIR "/samples/gamedata/d3.hog";
-        DeriveArchivePaths(settings_);
-        game_.Hog.ReadHOGs(settings_, nullptr);
-        game_.Gam.ReadGAMs(game_.Hog, settings_, nullptr, nullptr);
+        test::ReadSampleGameData(settings_, game_);
         window_ = std::make_unique<frmOOF>(oof_, game_, settings_, QPixmap(), &prompts_);
         window_->resize(1000, 700);
         window_->show();
