@@ -120,17 +120,6 @@ void Image(ByteWriter& w, const RgbaImage& image, const OgfOptions& o) {
 
 }  // namespace
 
-std::uint16_t To4444(std::uint32_t p) {
-    return static_cast<std::uint16_t>((Channel(p, 24) >> 4) << 12 | (Channel(p, 0) >> 4) << 8 |
-                                      (Channel(p, 8) >> 4) << 4 | Channel(p, 16) >> 4);
-}
-
-std::uint16_t To1555(std::uint32_t p) {
-    return static_cast<std::uint16_t>((Channel(p, 24) >= 128 ? 0x8000 : 0) |
-                                      (Channel(p, 0) >> 3) << 10 | (Channel(p, 8) >> 3) << 5 |
-                                      Channel(p, 16) >> 3);
-}
-
 Bytes WriteOGF(const RgbaImage& image, const OgfOptions& options) {
     ByteWriter w;
     Image(w, image, options);

@@ -1,6 +1,7 @@
-// Small writers for the game's data formats (HOG2 archives, OGF and OAF images, GAM
-// tables). The program only reads these formats; the writers make the sample data and the
-// test fixtures.
+// Small writers for the game's data formats (HOG2 archives, OGF and OAF images of every type,
+// GAM tables) as test fixtures need them: any image type, any directory order, pages with
+// odd contents. The program's own writers (gamedata/ogf_writer, hog_writer, gam_writer) write
+// only what the game itself writes.
 #pragma once
 
 #include <cstdint>
@@ -8,17 +9,11 @@
 #include <utility>
 #include <vector>
 
+#include "gamedata/ogf_writer.h"
+
 namespace mw {
 
 using Bytes = std::vector<std::uint8_t>;
-
-// Pixels are 32-bit values with red in the lowest byte, then green, blue and alpha; rows
-// from the top.
-struct RgbaImage {
-    int Width = 0;
-    int Height = 0;
-    std::vector<std::uint32_t> Pixels;
-};
 
 struct OgfOptions {
     std::uint8_t Type = 2;  // 2, 10, 121..124, 127
@@ -67,9 +62,5 @@ class GamWriter {
     void page(std::uint8_t type, const Bytes& body);
     Bytes bytes_;
 };
-
-// Converts a pixel to the 16-bit formats of the compressed image types.
-std::uint16_t To4444(std::uint32_t rgba);
-std::uint16_t To1555(std::uint32_t rgba);
 
 }  // namespace mw

@@ -31,7 +31,11 @@ constexpr const char* kUsage =
     "  textures MODEL [OPTIONS]          resolve the model's textures through the game data\n"
     "  check MODEL [--json] [OPTIONS]    check the model against the game's limits\n"
     "  hog list|extract ARCHIVE ...      list or extract the files of a HOG2 archive\n"
+    "  hog create|add|remove ARCHIVE ... write a HOG2 archive\n"
     "  image SOURCE [OPTIONS]            decode an OGF or OAF image, optionally to PNG\n"
+    "  image encode IN OUT.ogf           encode a picture as an OGF image (also\n"
+    "                                    encode-animation OUT.oaf FRAME...)\n"
+    "  package MODEL OUT.mn3 [OPTIONS]   the model, its new textures and their table\n"
     "  gam dump SOURCE [--json]          print a GAM table's texture and object entries\n"
     "\n"
     "'meshwright-cli COMMAND --help' describes one command; 'meshwright-cli --version' tells\n"
@@ -133,6 +137,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "hog") return HogCommand(rest, out, err);
     if (command == "image") return ImageCommand(rest, out, err);
     if (command == "gam") return GamCommand(rest, out, err);
+    if (command == "package") return PackageCommand(rest, out, err);
     err << "Unknown command '" << command << "'\n\n" << kUsage;
     return kExitUsage;
 }

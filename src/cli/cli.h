@@ -29,6 +29,11 @@ int RenderCommand(const std::vector<std::string>& args, std::ostream& out, std::
 int ConvertCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int HogCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+// "image encode" and "image encode-animation" (args[0] is the sub-command).
+int EncodeImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+// "hog create", "hog add" and "hog remove" (args[0] is the sub-command).
+int HogWriteCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int PackageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);

@@ -13,6 +13,7 @@ namespace {
 constexpr const char* kHogUsage =
     "Usage: meshwright-cli hog list ARCHIVE [--json]\n"
     "       meshwright-cli hog extract ARCHIVE ENTRY OUT\n"
+    "       meshwright-cli hog create|add|remove ARCHIVE ... (see hog create --help)\n"
     "Lists the files of a HOG2 archive (.hog, .mn3), or writes one of them to OUT (the\n"
     "entry's name is matched ignoring case).\n";
 
@@ -83,6 +84,8 @@ int HogCommand(const std::vector<std::string>& args, std::ostream& out, std::ost
         out << kHogUsage;
         return 0;
     }
+    if (!args.empty() && (args[0] == "create" || args[0] == "add" || args[0] == "remove"))
+        return HogWriteCommand(args, out, err);
     if (args.size() >= 2 && args[0] == "list") {
         const bool json = args.size() == 3 && args[2] == "--json";
         if (args.size() == 2 || json) return List(args[1], json, out, err);

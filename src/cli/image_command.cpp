@@ -13,6 +13,7 @@ namespace {
 
 constexpr const char* kImageUsage =
     "Usage: meshwright-cli image SOURCE [--frame K] [--png OUT] [--json]\n"
+    "       meshwright-cli image encode|encode-animation ... (see image encode --help)\n"
     "Decodes an OGF or OAF image. SOURCE is a loose .ogf/.oaf file or ARCHIVE:ENTRY.\n"
     "--png writes the decoded image (frame K of an animation, from 0) as PNG.\n";
 
@@ -26,6 +27,8 @@ bool WritePng(const std::uint32_t* pixels, int width, int height, const std::str
 }  // namespace
 
 int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (!args.empty() && (args[0] == "encode" || args[0] == "encode-animation"))
+        return EncodeImageCommand(args, out, err);
     if (WantsHelp(args)) {
         out << kImageUsage;
         return 0;

@@ -156,7 +156,7 @@ std::vector<TextureNames> clsGAM::GetGAMTexInfo(const ModelData& model,
     names.reserve(model.Textures.size());
     for (std::size_t t = 0; t < model.Textures.size(); ++t) {
         const Texture& tex = model.Textures[t];
-        TextureNames resolved{tex.GameName, tex.Name};
+        TextureNames resolved{tex.GameName, tex.Name, false};
         const GamTextureEntry* match = nullptr;
         // By file name first, then by game name; an empty name looks the game name up.
         const std::string& key = tex.Name.empty() ? tex.GameName : tex.Name;
@@ -176,11 +176,12 @@ std::vector<TextureNames> clsGAM::GetGAMTexInfo(const ModelData& model,
             for (const auto& e : Textures) {
                 if (NameMatches(tex.Name.empty() ? e.FileName : e.TexName, key, true)) {
                     match = &e;
-                    resolved = {e.TexName, e.FileName};
+                    resolved = {e.TexName, e.FileName, true};
                     break;
                 }
             }
         }
+        resolved.InTable = match != nullptr;
         if (match != nullptr && t < slots.size()) slots[t].Gam = match->Properties;
         names.push_back(std::move(resolved));
     }

@@ -31,6 +31,7 @@ struct GamTextureEntry {
 struct TextureNames {
     std::string GameName;
     std::string FileName;
+    bool InTable = false;  // a texture page of the tables names it
 };
 
 // The model's texture records with the resolved names in place of their own (for a room's

@@ -1,0 +1,197 @@
+#include "convert/package.h"
+
+#include <optional>
+
+#include "convert/texture_images.h"
+#include "gamedata/file_names.h"
+#include "gamedata/gam_writer.h"
+#include "gamedata/hog_writer.h"
+#include "gamedata/ogf.h"
+#include "model/file_io.h"
+#include "model/oof_reader.h"
+
+namespace mw {
+namespace {
+
+// NAME with the first extension found, in a folder, ignoring case.
+std::optional<std::filesystem::path> FindBeside(const std::vector<std::filesystem::path>& folders,
+                                                const std::string& name,
+                                                std::initializer_list<const char*> extensions) {
+    for (const auto& folder : folders) {
+        for (const char* ext : extensions) {
+            if (auto found = FindFileIgnoringCase((folder / (name + ext)).string())) return found;
+        }
+    }
+    return std::nullopt;
+}
+
+// The side an image has, read from its OGF or OAF header (0 when it cannot be read).
+int ImageWidth(const std::vector<std::uint8_t>& bytes, bool animation) {
+    ByteReader r(bytes);
+    if (animation) r.skip(!bytes.empty() && bytes[0] == 127 ? 7 : 17);
+    clsOGF ogf;
+    return ogf.ReadOGF(r) == OgfStatus::Ok ? ogf.Image.Width : 0;
+}
+
+// The texture's image for the archive, and its page; nullopt (with a warning) when the
+// picture cannot be used.
+struct AddedImage {
+    std::vector<std::uint8_t> Bytes;
+    TexturePage Page;
+};
+
+std::optional<AddedImage> PrepareImage(const PackageTexture& t,
+                                       std::vector<std::string>& warnings) {
+    AddedImage added;
+    added.Page.Name = t.Name;
+    added.Page.ImageFile = t.Entry;
+    if (t.Source == PackageSource::CopiedImage) {
+        auto bytes = ReadFileBytes(t.File);
+        if (!bytes) {
+            warnings.push_back("Cannot read " + t.File.string() + ".");
+            return std::nullopt;
+        }
+        added.Page.Animated = ContainsIgnoringCase(t.Entry, ".oaf");
+        added.Page.Width = ImageWidth(*bytes, added.Page.Animated);
+        added.Bytes = std::move(*bytes);
+        return added;
+    }
+    std::string error;
+    auto image = ReadTextureImage(t.File.string(), error);
+    if (!image || image->Width == 0 || image->Height == 0) {
+        warnings.push_back(error.empty() ? t.File.string() + " has no pixels." : error);
+        return std::nullopt;
+    }
+    if (!IsPowerOfTwo(image->Width) || !IsPowerOfTwo(image->Height)) {
+        const RgbaImage resized = ResizeToPowerOfTwo(*image);
+        warnings.push_back(t.File.filename().string() + " was " + std::to_string(image->Width) +
+                           "x" + std::to_string(image->Height) + "; scaled to " +
+                           std::to_string(resized.Width) + "x" + std::to_string(resized.Height) +
+                           ".");
+        image = resized;
+    }
+    if (image->Width > kLargestSafeTextureSide || image->Height > kLargestSafeTextureSide) {
+        warnings.push_back(t.Entry + " has a side above " +
+                           std::to_string(kLargestSafeTextureSide) +
+                           " pixels; the game's renderer is known to fail on such textures.");
+    }
+    added.Page.Width = image->Width;
+    added.Bytes = EncodeOGF(*image, {OgfFormat::Auto, -1, t.Entry});
+    return added;
+}
+
+}  // namespace
+
+const char* PackageSourceName(PackageSource source) {
+    switch (source) {
+        case PackageSource::InGame:
+            return "game data";
+        case PackageSource::CopiedImage:
+            return "copied";
+        case PackageSource::EncodedImage:
+            return "encoded";
+        case PackageSource::PageOnly:
+            return "page only";
+        case PackageSource::Missing:
+            return "missing";
+    }
+    return "missing";
+}
+
+std::vector<PackageTexture> PlanPackageTextures(const ModelData& model, GameData& game,
+                                                const Settings& settings,
+                                                const std::vector<std::filesystem::path>& folders) {
+    std::vector<TextureSlot> slots(model.Textures.size());
+    const std::vector<TextureNames> names = game.Gam.GetGAMTexInfo(model, slots);
+    std::vector<PackageTexture> plan;
+    for (std::size_t t = 0; t < model.Textures.size(); ++t) {
+        PackageTexture p;
+        p.Name =
+            model.Textures[t].Name.empty() ? model.Textures[t].GameName : model.Textures[t].Name;
+        const TexLookup found = game.Hog.GetTexIndex(names[t].FileName, settings);
+        const bool inArchives = found.index >= 0 && found.index != kLooseImageIndex;
+        if (inArchives && names[t].InTable) {
+            p.Source = PackageSource::InGame;
+        } else if (auto image = FindBeside(folders, p.Name, {".ogf", ".oaf"})) {
+            p.Source = PackageSource::CopiedImage;
+            p.File = *image;
+            p.Entry = p.Name + (ContainsIgnoringCase(image->string(), ".oaf") ? ".oaf" : ".ogf");
+        } else if (auto picture = FindBeside(folders, p.Name, {".png", ".tga"})) {
+            p.Source = PackageSource::EncodedImage;
+            p.File = *picture;
+            p.Entry = p.Name + ".ogf";
+        } else if (found.index == kLooseImageIndex) {
+            // The editor's folder of loose images: the game does not have it.
+            p.Source = PackageSource::CopiedImage;
+            p.File = found.path;
+            p.Entry = p.Name + (ContainsIgnoringCase(found.path, ".oaf") ? ".oaf" : ".ogf");
+        } else if (inArchives) {
+            p.Source = PackageSource::PageOnly;
+            const HogTextureEntry& e = game.Hog.Textures[static_cast<std::size_t>(found.index)];
+            p.Entry = EntryName(e.Name);
+        }
+        plan.push_back(std::move(p));
+    }
+    return plan;
+}
+
+PackageResult WritePackage(const std::filesystem::path& modelPath,
+                           const std::filesystem::path& archive, GameData& game,
+                           const Settings& settings,
+                           const std::vector<std::filesystem::path>& textureFolders,
+                           std::uint32_t time) {
+    PackageResult result;
+    const auto modelBytes = ReadFileBytes(modelPath);
+    if (!modelBytes) {
+        result.Error = "Cannot read " + modelPath.string() + ".";
+        return result;
+    }
+    ModelData model;
+    if (readOOF(model, *modelBytes) != ResultCode::Success) {
+        result.Error = modelPath.string() + " is not a model this program reads.";
+        return result;
+    }
+    std::vector<std::filesystem::path> folders = textureFolders;
+    folders.push_back(modelPath.parent_path().empty() ? "." : modelPath.parent_path());
+    result.Textures = PlanPackageTextures(model, game, settings, folders);
+
+    std::vector<HogFile> files{{modelPath.filename().string(), *modelBytes}};
+    std::vector<std::uint8_t> table;
+    for (PackageTexture& t : result.Textures) {
+        if (t.Source == PackageSource::InGame) continue;
+        if (t.Source == PackageSource::Missing) {
+            ++result.Missing;
+            continue;
+        }
+        if (t.Name.size() > kPageNameLength) {
+            result.Warnings.push_back("The texture name \"" + t.Name + "\" is longer than the " +
+                                      std::to_string(kPageNameLength) +
+                                      " characters a table page holds.");
+        }
+        if (t.Source == PackageSource::PageOnly) {
+            const auto page = WriteTexturePage({t.Name, t.Entry, 0, false, 1.0f});
+            table.insert(table.end(), page.begin(), page.end());
+            continue;
+        }
+        auto added = PrepareImage(t, result.Warnings);
+        if (!added) {
+            t.Source = PackageSource::Missing;
+            ++result.Missing;
+            continue;
+        }
+        const auto page = WriteTexturePage(added->Page);
+        table.insert(table.end(), page.begin(), page.end());
+        files.push_back({t.Entry, std::move(added->Bytes)});
+    }
+    if (!table.empty()) files.push_back({modelPath.stem().string() + ".gam", std::move(table)});
+    for (const HogFile& f : files)
+        result.Entries.push_back(f.Name);
+    const HogEdit written = WriteHogFiles(archive, std::move(files), time);
+    if (!written.Error.empty()) {
+        result.Error = written.Error;
+        result.Entries.clear();
+    }
+    return result;
+}
+
+}  // namespace mw

@@ -1,0 +1,179 @@
+#include "gamedata/hog_writer.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+#include "gamedata/hog.h"
+#include "model/byte_cursor.h"
+#include "model/file_io.h"
+#include "model/text_codec.h"
+
+namespace mw {
+namespace {
+
+constexpr std::size_t kHeaderSize = 68;
+constexpr std::size_t kEntrySize = 48;
+constexpr std::size_t kNameField = 36;
+
+bool SameName(const std::string& a, const std::string& b) {
+    return LowerCase1252(a) == LowerCase1252(b);
+}
+
+// Why a name cannot stand in an archive's directory, or empty.
+std::string NameProblem(const std::string& name) {
+    if (name.empty()) return "An archive entry needs a name.";
+    if (name.size() > kHogNameLength) {
+        return "\"" + name + "\" is longer than the " + std::to_string(kHogNameLength) +
+               " characters an archive entry's name holds.";
+    }
+    return {};
+}
+
+// The files named on the command line, read; or the reason they cannot go in.
+std::string ReadInputs(const std::vector<std::filesystem::path>& paths, std::vector<HogFile>& out) {
+    for (const auto& path : paths) {
+        HogFile file{path.filename().string(), {}};
+        if (std::string problem = NameProblem(file.Name); !problem.empty()) return problem;
+        for (const HogFile& earlier : out) {
+            if (SameName(earlier.Name, file.Name)) {
+                return "\"" + earlier.Name + "\" and \"" + file.Name +
+                       "\" are the same name in an archive (names ignore case).";
+            }
+        }
+        auto bytes = ReadFileBytes(path);
+        if (!bytes) return "Cannot read " + path.string() + ".";
+        file.Data = std::move(*bytes);
+        out.push_back(std::move(file));
+    }
+    return {};
+}
+
+std::string ReadArchive(const std::filesystem::path& archive, std::vector<HogFile>& out) {
+    const auto bytes = ReadFileBytes(archive);
+    if (!bytes) return "Cannot read " + archive.string() + ".";
+    auto files = ReadHogFiles(*bytes);
+    if (!files) return archive.string() + " is not a HOG2 archive.";
+    out = std::move(*files);
+    return {};
+}
+
+HogEdit Failed(std::string message) {
+    HogEdit edit;
+    edit.Error = std::move(message);
+    return edit;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> BuildHOG(std::vector<HogFile> files, std::uint32_t time) {
+    std::stable_sort(files.begin(), files.end(), [](const HogFile& a, const HogFile& b) {
+        return LowerCase1252(a.Name) < LowerCase1252(b.Name);
+    });
+    std::size_t total = kHeaderSize + kEntrySize * files.size();
+    for (const HogFile& f : files)
+        total += f.Data.size();
+    ByteWriter w;
+    w.reserve(total);
+    w.raw("HOG2");
+    w.i32(static_cast<std::int32_t>(files.size()));
+    w.i32(static_cast<std::int32_t>(kHeaderSize + kEntrySize * files.size()));
+    for (std::size_t i = 12; i < kHeaderSize; ++i)
+        w.u8(0xFF);
+    for (const HogFile& f : files) {
+        std::string field = f.Name.substr(0, kHogNameLength);
+        field.resize(kNameField, '\0');
+        w.raw(field);
+        w.u32(0);  // flags
+        w.u32(static_cast<std::uint32_t>(f.Data.size()));
+        w.u32(time);
+    }
+    std::vector<std::uint8_t> bytes = w.release();
+    for (const HogFile& f : files)
+        bytes.insert(bytes.end(), f.Data.begin(), f.Data.end());
+    return bytes;
+}
+
+std::optional<std::vector<HogFile>> ReadHogFiles(std::span<const std::uint8_t> bytes) {
+    std::vector<HogDirectoryEntry> entries;
+    if (ReadHogEntries(bytes, entries) != HogStatus::Ok) return std::nullopt;
+    std::vector<HogFile> files;
+    files.reserve(entries.size());
+    for (const HogDirectoryEntry& e : entries) {
+        if (e.Offset > bytes.size() || e.Length > bytes.size() - e.Offset) return std::nullopt;
+        const auto* begin = bytes.data() + e.Offset;
+        files.push_back({e.Name, {begin, begin + e.Length}});
+    }
+    return files;
+}
+
+std::uint32_t ArchiveTime(const char* sourceDateEpoch) {
+    if (sourceDateEpoch == nullptr) return 0;
+    const char* end = sourceDateEpoch + std::strlen(sourceDateEpoch);
+    std::uint32_t time = 0;
+    const auto [at, error] = std::from_chars(sourceDateEpoch, end, time);
+    return error == std::errc{} && at == end ? time : 0;
+}
+
+HogEdit WriteHogFiles(const std::filesystem::path& archive, std::vector<HogFile> files,
+                      std::uint32_t time) {
+    HogEdit edit;
+    for (const HogFile& f : files) {
+        if (std::string problem = NameProblem(f.Name); !problem.empty()) return Failed(problem);
+        edit.Added.push_back(f.Name);
+    }
+    const std::string failure = WriteFileReplacing(archive, BuildHOG(std::move(files), time));
+    if (!failure.empty()) return Failed(failure);
+    return edit;
+}
+
+HogEdit CreateHog(const std::filesystem::path& archive,
+                  const std::vector<std::filesystem::path>& paths, std::uint32_t time) {
+    std::vector<HogFile> files;
+    if (std::string problem = ReadInputs(paths, files); !problem.empty()) return Failed(problem);
+    return WriteHogFiles(archive, std::move(files), time);
+}
+
+HogEdit AddToHog(const std::filesystem::path& archive,
+                 const std::vector<std::filesystem::path>& paths, std::uint32_t time) {
+    std::vector<HogFile> files, inputs;
+    if (std::string problem = ReadArchive(archive, files); !problem.empty()) return Failed(problem);
+    if (std::string problem = ReadInputs(paths, inputs); !problem.empty()) return Failed(problem);
+    HogEdit edit;
+    for (HogFile& input : inputs) {
+        const auto same = std::find_if(files.begin(), files.end(), [&input](const HogFile& f) {
+            return SameName(f.Name, input.Name);
+        });
+        if (same != files.end()) {
+            edit.Replaced.push_back(input.Name);
+            *same = std::move(input);
+        } else {
+            edit.Added.push_back(input.Name);
+            files.push_back(std::move(input));
+        }
+    }
+    const std::string failure = WriteFileReplacing(archive, BuildHOG(std::move(files), time));
+    if (!failure.empty()) return Failed(failure);
+    return edit;
+}
+
+HogEdit RemoveFromHog(const std::filesystem::path& archive, const std::vector<std::string>& names,
+                      std::uint32_t time) {
+    std::vector<HogFile> files;
+    if (std::string problem = ReadArchive(archive, files); !problem.empty()) return Failed(problem);
+    HogEdit edit;
+    for (const std::string& name : names) {
+        const auto same = std::find_if(files.begin(), files.end(), [&name](const HogFile& f) {
+            return SameName(f.Name, name);
+        });
+        if (same == files.end())
+            return Failed("\"" + name + "\" is not in " + archive.string() + ".");
+        edit.Removed.push_back(same->Name);
+        files.erase(same);
+    }
+    const std::string failure = WriteFileReplacing(archive, BuildHOG(std::move(files), time));
+    if (!failure.empty()) return Failed(failure);
+    return edit;
+}
+
+}  // namespace mw

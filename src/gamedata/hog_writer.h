@@ -1,0 +1,54 @@
+// Writing HOG2 archives: building one from named files, and creating, adding to and removing
+// from an archive file. The directory is kept sorted by name ignoring case, because the
+// game finds a file in an archive by a binary search over its names. Every write goes to a
+// temporary file beside the target, which is replaced only when the archive is complete.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace mw {
+
+struct HogFile {
+    std::string Name;
+    std::vector<std::uint8_t> Data;
+};
+
+// An entry's name field holds this many characters before its NUL.
+inline constexpr std::size_t kHogNameLength = 35;
+
+// The archive of these files (names checked by the caller), every entry stamped `time`.
+std::vector<std::uint8_t> BuildHOG(std::vector<HogFile> files, std::uint32_t time);
+
+// Every entry of an archive with its bytes; nullopt when the bytes are no archive or an
+// entry runs past them.
+std::optional<std::vector<HogFile>> ReadHogFiles(std::span<const std::uint8_t> bytes);
+
+// What an archive command did, or why it did nothing (Error not empty: nothing written).
+struct HogEdit {
+    std::string Error;
+    std::vector<std::string> Added;
+    std::vector<std::string> Replaced;
+    std::vector<std::string> Removed;
+};
+
+// The entries' time: SOURCE_DATE_EPOCH when it holds a number (reproducible builds), else 0.
+std::uint32_t ArchiveTime(const char* sourceDateEpoch);
+
+HogEdit CreateHog(const std::filesystem::path& archive,
+                  const std::vector<std::filesystem::path>& files, std::uint32_t time);
+// A file whose name is in the archive already (ignoring case) replaces that entry.
+HogEdit AddToHog(const std::filesystem::path& archive,
+                 const std::vector<std::filesystem::path>& files, std::uint32_t time);
+HogEdit RemoveFromHog(const std::filesystem::path& archive, const std::vector<std::string>& names,
+                      std::uint32_t time);
+
+// Writes named files (as a package makes them) into a new archive.
+HogEdit WriteHogFiles(const std::filesystem::path& archive, std::vector<HogFile> files,
+                      std::uint32_t time);
+
+}  // namespace mw
