@@ -56,21 +56,15 @@ int PackageCommand(const std::vector<std::string>& args, std::ostream& out, std:
         err << result.Error << "\n";
         return result.Error.starts_with("Cannot read") ? kExitNoInput : kExitCantCreate;
     }
-    for (const PackageTexture& t : result.Textures) {
-        out << "texture " << t.Name << ": " << PackageSourceName(t.Source);
-        if (!t.File.empty() && t.Source != PackageSource::Missing)
-            out << " (" << t.File.string() << " as " << t.Entry << ")";
-        out << "\n";
-    }
-    out << files[1] << ":";
-    for (const std::string& entry : result.Entries)
-        out << " " << entry;
-    out << "\n";
+    const std::string report = PackageReport(result, files[1]);
     if (result.Missing > 0) {
-        err << result.Missing << (result.Missing == 1 ? " texture is" : " textures are")
-            << " still missing.\n";
+        // The last line (what is missing) goes to the error stream.
+        const std::size_t last = report.rfind('\n', report.size() - 2) + 1;
+        out << report.substr(0, last);
+        err << report.substr(last);
         return kExitRefused;
     }
+    out << report;
     return 0;
 }
 

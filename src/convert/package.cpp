@@ -135,6 +135,25 @@ std::vector<PackageTexture> PlanPackageTextures(const ModelData& model, GameData
     return plan;
 }
 
+std::string PackageReport(const PackageResult& result, const std::string& archive) {
+    std::string text;
+    for (const PackageTexture& t : result.Textures) {
+        text += "texture " + t.Name + ": " + PackageSourceName(t.Source);
+        if (!t.File.empty() && t.Source != PackageSource::Missing)
+            text += " (" + t.File.filename().string() + " as " + t.Entry + ")";
+        text += "\n";
+    }
+    text += archive + ":";
+    for (const std::string& entry : result.Entries)
+        text += " " + entry;
+    text += "\n";
+    if (result.Missing > 0) {
+        text += std::to_string(result.Missing) +
+                (result.Missing == 1 ? " texture is" : " textures are") + " still missing.\n";
+    }
+    return text;
+}
+
 PackageResult WritePackage(const std::filesystem::path& modelPath,
                            const std::filesystem::path& archive, GameData& game,
                            const Settings& settings,

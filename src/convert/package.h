@@ -42,6 +42,9 @@ struct PackageResult {
     int Missing = 0;
 };
 
+// What went in and what is still missing, a line each, for people.
+std::string PackageReport(const PackageResult& result, const std::string& archive);
+
 // Writes the package of the model file at `modelPath` into `archive`.
 PackageResult WritePackage(const std::filesystem::path& modelPath,
                            const std::filesystem::path& archive, GameData& game,

@@ -126,6 +126,8 @@ void MainActions::BuildFileMenu() {
             &MainActions::importP3DRequested);
     connect(Add(file, "mnuFileExportORF", "Export ORF..."), &QAction::triggered, &files_,
             &FileCommands::ExportORF);
+    connect(Add(file, "mnuFilePackage", "Package for Game..."), &QAction::triggered, &files_,
+            &FileCommands::PackageForGame);
     file->addSeparator()->setObjectName("mnuFileSep2");
     connect(Add(file, "mnuFilePreferences", "&Preferences...", QKeySequence("Ctrl+P")),
             &QAction::triggered, this, &MainActions::preferencesRequested);
@@ -430,8 +432,9 @@ void MainActions::UpdateEditEnabling() {
 
 void MainActions::UpdateEnabling() {
     const bool ready = doc_.modelReady();
-    for (const char* name : {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "save",
-                             "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
+    for (const char* name :
+         {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "mnuFilePackage", "save",
+          "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
         action(name)->setEnabled(ready);
     }
     const bool preferences =

@@ -1,14 +1,17 @@
 #include "editor/file_commands.h"
 
 #include <QFileInfo>
+#include <cstdlib>
 
 #include "convert/orf_reader.h"
 #include "convert/orf_writer.h"
+#include "convert/package.h"
 #include "editor/document.h"
 #include "editor/model_textures.h"
 #include "editor/prompts.h"
 #include "editor/recent_files.h"
 #include "gamedata/file_names.h"
+#include "gamedata/hog_writer.h"
 #include "gamedata/install_paths.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
@@ -211,6 +214,38 @@ bool FileCommands::ExportORF() {
                          PromptIcon::None);
         return false;
     }
+    return true;
+}
+
+bool FileCommands::PackageForGame() {
+    if (!doc_.hasModel()) return false;
+    const QString path = doc_.ModelPath();
+    const bool savedModel = !doc_.isModified() && HasSeparator(path) &&
+                            path.endsWith(".oof", Qt::CaseInsensitive) && QFileInfo::exists(path);
+    if (!savedModel) {
+        const auto answer =
+            prompts_.Ask(window_, "The model is packaged as it is saved. Save it first?",
+                         QMessageBox::Save | QMessageBox::Cancel, PromptIcon::Question);
+        if (answer != QMessageBox::Save) return false;
+        const bool modelFile = HasSeparator(path) && path.endsWith(".oof", Qt::CaseInsensitive);
+        if (!(modelFile ? Save() : SaveAs())) return false;
+    }
+    const QString model = doc_.ModelPath();
+    const QString chosen =
+        AskSaveName("Package for Game", kPackageFilter, model.left(model.size() - 3) + "mn3");
+    if (chosen.isEmpty()) return false;
+    const PackageResult result =
+        WritePackage(model.toStdString(), chosen.toStdString(), game_, settings_, {},
+                     ArchiveTime(std::getenv("SOURCE_DATE_EPOCH")));
+    if (!result.Error.empty()) {
+        prompts_.Message(window_, QString::fromStdString(result.Error), PromptIcon::Exclamation);
+        return false;
+    }
+    QString report = QString::fromStdString(PackageReport(result, FileTitle(chosen).toStdString()));
+    for (const std::string& warning : result.Warnings)
+        report += "\nWarning: " + QString::fromStdString(warning);
+    prompts_.Message(window_, report.trimmed(),
+                     result.Missing > 0 ? PromptIcon::Exclamation : PromptIcon::Information);
     return true;
 }
 

@@ -24,6 +24,8 @@ inline constexpr const char* kOpenFilter =
     "(*.orf)";
 inline constexpr const char* kOofFilter = "Outrage Object Files (*.oof)";
 inline constexpr const char* kOrfFilter = "Outrage Room Files (*.orf)";
+inline constexpr const char* kPackageFilter =
+    "Mission Archives (*.mn3);;HOG Archives (*.hog)";
 
 class FileCommands : public QObject {
     Q_OBJECT
@@ -46,6 +48,9 @@ class FileCommands : public QObject {
     bool Save();
     bool SaveAs();
     bool ExportORF();
+    // File > Package for Game...: the saved model, its new textures and their table in one
+    // archive, then the list of what went in.
+    bool PackageForGame();
 
     // Asks "Save changes to TITLE?" when the document has unsaved changes. False when the
     // user cancelled (or the save failed): whatever was about to happen must not.

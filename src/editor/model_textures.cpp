@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <random>
 
+#include "convert/package.h"
 #include "editor/document.h"
 #include "editor/file_text.h"
 #include "editor/prompts.h"
@@ -98,11 +99,23 @@ void ModelTextures::UploadTo(TextureUploader& uploader) const {
     }
 }
 
+bool ModelTextures::FromLooseImage(int t) const {
+    return t >= 0 && static_cast<std::size_t>(t) < looseImage_.size() &&
+           looseImage_[static_cast<std::size_t>(t)];
+}
+
 void ModelTextures::Reload() {
     PictureStore store(pictures_);
     pictures_.clear();
-    LoadModelTextures(doc_.model(), doc_.ModelPath().toStdString(), game_, settings_, missing_,
-                      store, loaded_);
+    const std::string path = doc_.ModelPath().toStdString();
+    LoadModelTextures(doc_.model(), path, game_, settings_, missing_, store, loaded_);
+    looseImage_.clear();
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    for (const PackageTexture& p :
+         PlanPackageTextures(doc_.model(), game_, settings_, {folder.empty() ? "." : folder})) {
+        looseImage_.push_back(p.Source == PackageSource::CopiedImage ||
+                              p.Source == PackageSource::EncodedImage);
+    }
     emit texturesChanged();
 }
 

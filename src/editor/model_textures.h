@@ -42,6 +42,10 @@ class ModelTextures : public QObject {
     QString ImageName(int t) const;
     QString SizeText(int t) const;
 
+    // True when texture t would come from a loose image (beside the model, or in the folder
+    // of loose images) rather than from the game data: a package would bring it.
+    bool FromLooseImage(int t) const;
+
     // Hands every picture to an uploader (a view's renderer) as the loader would.
     void UploadTo(TextureUploader& uploader) const;
 
@@ -66,6 +70,7 @@ class ModelTextures : public QObject {
     LoadedTextures loaded_;
     std::vector<TexturePicture> pictures_;
     TexturePicture glow_;
+    std::vector<bool> looseImage_;
 };
 
 }  // namespace mw

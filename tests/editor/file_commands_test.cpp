@@ -162,6 +162,38 @@ TEST_F(FileCommandsTest, ExportOffersTheRoomNameAndReportsAFailure) {
     EXPECT_TRUE(fs::exists(dir_ / "ship.orf"));
 }
 
+TEST_F(FileCommandsTest, PackageForGameSavesFirstAndListsWhatWentIn) {
+    const fs::path mine = dir_ / "mine.oof";
+    Copy(mine);
+    ASSERT_TRUE(files_.OpenPath(Q(mine)));
+    doc_.SelectSubObject(4);
+    doc_.Apply(MakeReparentCommand(doc_, 4, 1));
+    // Declining to save packages nothing.
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(files_.PackageForGame());
+    EXPECT_TRUE(doc_.isModified());
+    EXPECT_TRUE(prompts_.titles.isEmpty());
+
+    // Saving first: the package holds the model as saved (no game data: every texture is
+    // missing, so the list says so).
+    prompts_.answers = {QMessageBox::Save};
+    prompts_.fileNames = {Q(dir_ / "mine.mn3")};
+    ASSERT_TRUE(files_.PackageForGame());
+    EXPECT_FALSE(doc_.isModified());
+    EXPECT_EQ(prompts_.titles.value(0), "Package for Game");
+    EXPECT_EQ(prompts_.filters.value(0), kPackageFilter);
+    EXPECT_EQ(prompts_.initials.value(0), Q(dir_ / "mine.mn3"));
+    ASSERT_EQ(prompts_.messages.size(), 1u);
+    EXPECT_TRUE(prompts_.messages[0].text.contains("texture ship_hull: missing"));
+    EXPECT_TRUE(prompts_.messages[0].text.contains("mine.mn3: mine.oof"));
+    EXPECT_TRUE(prompts_.messages[0].text.contains("3 textures are still missing."));
+    EXPECT_EQ(prompts_.messages[0].icon, PromptIcon::Exclamation);
+    std::vector<HogDirectoryEntry> entries;
+    ASSERT_EQ(ReadHogFileEntries((dir_ / "mine.mn3").string(), entries), HogStatus::Ok);
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].Length, fs::file_size(mine));
+}
+
 TEST_F(FileCommandsTest, UnsavedChangesAreAskedAboutBeforeAnotherModelOpens) {
     const auto original = *ReadFileBytes(kShip);
     const fs::path mine = dir_ / "mine.oof";

@@ -14,11 +14,13 @@
 #include "editor/widgets/value_label.h"
 
 namespace mw {
-QString TextureListEntry(const std::string& gameName, const std::string& fileName) {
+QString TextureListEntry(const std::string& gameName, const std::string& fileName,
+                         bool looseImage) {
     const std::string& shown = !gameName.empty() ? gameName : fileName;
     if (shown.empty()) return {};
     const bool resolved = !gameName.empty() && !fileName.empty();
-    return (resolved ? QString() : QString("*")) + FromFileText(shown);
+    const QString mark = looseImage ? QString("+") : resolved ? QString() : QString("*");
+    return mark + FromFileText(shown);
 }
 
 TexturesPanel::TexturesPanel(Document& doc, const ModelTextures& textures, bool withPicture,
@@ -74,8 +76,10 @@ void TexturesPanel::PopulateTextureList() {
         const int row = lstTextures_->currentRow();
         lstTextures_->clear();
         const auto& names = textures_.loaded().Names;
-        for (const TextureNames& tex : names)
-            lstTextures_->addItem(TextureListEntry(tex.GameName, tex.FileName));
+        for (std::size_t t = 0; t < names.size(); ++t) {
+            lstTextures_->addItem(TextureListEntry(names[t].GameName, names[t].FileName,
+                                                   textures_.FromLooseImage(static_cast<int>(t))));
+        }
         if (row < lstTextures_->count()) lstTextures_->setCurrentRow(row);
     }
     ShowSelectedTexture();

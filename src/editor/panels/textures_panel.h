@@ -40,8 +40,9 @@ class TexturesPanel : public QWidget {
     TexturePreview* picTexture_ = nullptr;
 };
 
-// The list entry of a texture: its game name, else its file name, marked "*" unless both
-// names are known; empty when it has neither.
-QString TextureListEntry(const std::string& gameName, const std::string& fileName);
+// The list entry of a texture: its game name, else its file name, marked "+" when it would
+// come from a loose image, else "*" unless both names are known; empty when it has neither.
+QString TextureListEntry(const std::string& gameName, const std::string& fileName,
+                         bool looseImage = false);
 
 }  // namespace mw

@@ -21,6 +21,8 @@ TEST(TextureListEntryTest, MarksWhatTheGameDataDidNotResolve) {
     EXPECT_EQ(TextureListEntry("", "ship_hull"), "*ship_hull");
     EXPECT_EQ(TextureListEntry("Lava", ""), "*Lava");
     EXPECT_EQ(TextureListEntry("", ""), "");
+    // A texture a loose image would bring (a package would take it along).
+    EXPECT_EQ(TextureListEntry("", "new_paint", true), "+new_paint");
     EXPECT_EQ(TextureListEntry("", "caf\xe9"), QString("*caf") + QChar(0xe9));
 }
 
@@ -72,7 +74,7 @@ TEST_F(TexturesPanelTest, ListsGameNamesAndMarksUnresolvedTextures) {
     for (int i = 0; i < list->count(); ++i)
         texts << list->item(i)->text();
     EXPECT_EQ(texts, (QStringList{"Sample Hull", "Sample Wing Stripes", "Sample Turret Light",
-                                  "*nowhere_tex", "*Lava Rock", "*loose_tex"}));
+                                  "*nowhere_tex", "*Lava Rock", "+loose_tex"}));
     EXPECT_EQ(Label("lblTexName_1"), "");  // nothing selected yet
 }
 
