@@ -14,16 +14,16 @@ std::uint32_t Channel(std::uint32_t rgba, int shift) {
 // The pixels of one level as 3-byte records: a repeat count (0 for a single pixel, 2 to 250
 // for a run) and the 16-bit pixel.
 void WriteRecords(ByteWriter& w, const RgbaImage& image, bool format4444) {
-    const std::size_t total = image.Pixels.size();
+    std::vector<std::uint16_t> packed(image.Pixels.size());
+    for (std::size_t i = 0; i < packed.size(); ++i)
+        packed[i] = format4444 ? To4444(image.Pixels[i]) : To1555(image.Pixels[i]);
+    const std::size_t total = packed.size();
     std::size_t i = 0;
     while (i < total) {
-        const std::uint16_t pixel = format4444 ? To4444(image.Pixels[i]) : To1555(image.Pixels[i]);
+        const std::uint16_t pixel = packed[i];
         std::size_t run = 1;
-        while (run < 250 && i + run < total &&
-               (format4444 ? To4444(image.Pixels[i + run]) : To1555(image.Pixels[i + run])) ==
-                   pixel) {
+        while (run < 250 && i + run < total && packed[i + run] == pixel)
             ++run;
-        }
         w.u8(run == 1 ? 0 : static_cast<std::uint8_t>(run));
         w.u16(pixel);
         i += run;
@@ -125,7 +125,7 @@ RgbaImage HalveImage(const RgbaImage& image) {
 
 std::vector<std::uint8_t> EncodeOGF(const RgbaImage& image, const OgfEncodeOptions& options) {
     ByteWriter w;
-    w.reserve(64 + image.Pixels.size() * 4);
+    w.reserve(64 + image.Pixels.size() * 4);  // every pixel a record, and the mip levels
     WriteImage(w, image, FormatFor(image, options.Format), LevelsFor(image, options), options.Name);
     return w.release();
 }
