@@ -48,6 +48,7 @@ class QuietPrompts : public Prompts {
         return QMessageBox::Discard;
     }
     QColor ChooseColor(QWidget*, const QColor&) override { return {}; }
+    int Choose(QWidget*, const QString&, const QStringList&, PromptIcon) override { return -1; }
 };
 
 struct Editor {

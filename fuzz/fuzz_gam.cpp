@@ -16,6 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     std::vector<mw::TextureSlot> slots(model.Textures.size());
     gam.GetGAMTexInfo(model, slots);
-    for (const auto& o : gam.Objects) gam.GetGAMOBJInfo("/m/" + o.Model1);
+    for (const auto& o : gam.Objects)
+        gam.GetGAMOBJInfo("/m/" + o.Model1);
     return 0;
 }

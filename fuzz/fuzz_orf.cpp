@@ -22,7 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     mw::CreatePushPop(model);
     mw::MoveSOBJ(model);
     std::vector<int> slots;
-    for (int s = 0; s < model.SubObjectCount(); ++s) slots.push_back(s);
+    for (int s = 0; s < model.SubObjectCount(); ++s)
+        slots.push_back(s);
     std::vector<std::uint8_t> room;
     if (mw::BuildORF(model, slots, {true, true, 1.0f}, room).empty()) {
         mw::ModelData again;

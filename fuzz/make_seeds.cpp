@@ -19,7 +19,9 @@ bool Put(const fs::path& dir, const std::string& name, const std::vector<std::ui
     return mw::WriteFileReplacing(dir / name, bytes).empty();
 }
 
-std::vector<std::uint8_t> Text(const std::string& s) { return {s.begin(), s.end()}; }
+std::vector<std::uint8_t> Text(const std::string& s) {
+    return {s.begin(), s.end()};
+}
 
 }  // namespace
 
@@ -41,7 +43,8 @@ int main(int argc, char** argv) {
 
     for (bool points : {false, true}) {
         std::vector<int> slots;
-        for (int s = 0; s < ship.SubObjectCount(); ++s) slots.push_back(s);
+        for (int s = 0; s < ship.SubObjectCount(); ++s)
+            slots.push_back(s);
         std::vector<std::uint8_t> room;
         ok &= mw::BuildORF(ship, slots, {true, points, 1.0f}, room).empty();
         ok &= Put(dir / "orf", points ? "points.orf" : "ship.orf", room);
@@ -52,24 +55,57 @@ int main(int argc, char** argv) {
     std::vector<mw::HogDirectoryEntry> entries;
     mw::ReadHogEntries(archive, entries);
     for (const auto& e : entries) {
-        const std::vector<std::uint8_t> file(archive.begin() + static_cast<std::ptrdiff_t>(e.Offset),
-                                             archive.begin() + static_cast<std::ptrdiff_t>(e.Offset + e.Length));
+        const std::vector<std::uint8_t> file(
+            archive.begin() + static_cast<std::ptrdiff_t>(e.Offset),
+            archive.begin() + static_cast<std::ptrdiff_t>(e.Offset + e.Length));
         const std::string kind = mw::HogEntryKind(e.Name);
         const char* target = kind == "texture" ? "ogf" : kind == "animation" ? "oaf" : "gam";
         ok &= Put(dir / target, e.Name, file);
     }
-    const mw::RgbaImage picture{4, 3, {0xFF0000FFu, 0xFF00FF00u, 0x80FF0000u, 0x00000000u,
-                                       0xFF0000FFu, 0xFF0000FFu, 0xFF0000FFu, 0xFFFFFFFFu,
-                                       0x12345678u, 0x12345678u, 0x9ABCDEF0u, 0xFF000000u}};
+    const mw::RgbaImage picture{
+        4,
+        3,
+        {0xFF0000FFu, 0xFF00FF00u, 0x80FF0000u, 0x00000000u, 0xFF0000FFu, 0xFF0000FFu, 0xFF0000FFu,
+         0xFFFFFFFFu, 0x12345678u, 0x12345678u, 0x9ABCDEF0u, 0xFF000000u}};
     for (std::uint8_t type : {2, 10, 121, 122, 123, 124, 127}) {
         for (std::uint8_t depth : {24, 32}) {
             if (type >= 121 && depth == 24) continue;
-            ok &= Put(dir / "ogf", "t" + std::to_string(type) + "_" + std::to_string(depth) + ".ogf",
-                      mw::WriteOGF(picture, {type, depth, type == 2, 2, "seed", 1}));
+            ok &=
+                Put(dir / "ogf", "t" + std::to_string(type) + "_" + std::to_string(depth) + ".ogf",
+                    mw::WriteOGF(picture, {type, depth, type == 2, 2, "seed", 1}));
         }
     }
     ok &= Put(dir / "oaf", "old_header.oaf",
               mw::WriteOAF({picture, picture, picture}, {122, 32, true, 1, "f", 0}, false));
+
+    // Edits: a model (its length first), then operations. One seed runs every operation once
+    // on the sample, others a few on smaller models.
+    const auto editSeed = [&](const std::string& name, const mw::ModelData& model,
+                              const std::vector<std::uint8_t>& operations) {
+        mw::ModelData copy = model;
+        const auto bytes = mw::WriteOOF(copy);
+        std::vector<std::uint8_t> seed(4);
+        const auto length = static_cast<std::uint32_t>(bytes.size());
+        for (int i = 0; i < 4; ++i)
+            seed[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(length >> (8 * i));
+        seed.insert(seed.end(), bytes.begin(), bytes.end());
+        seed.insert(seed.end(), operations.begin(), operations.end());
+        ok &= Put(dir / "edits", name, seed);
+    };
+    std::vector<std::uint8_t> everyOperation;
+    for (std::uint8_t op = 0; op < 30; ++op) {
+        everyOperation.push_back(op);
+        for (std::uint8_t arg : {3, 1, 2, 1, 8, 1, 1, 0})
+            everyOperation.push_back(arg);
+    }
+    editSeed("every_operation", ship, everyOperation);
+    editSeed("hull_scale_combine", small, {6, 200, 1, 0, 0, 7, 11, 1});
+    mw::ModelData stretched = ship;  // stored normals of other lengths, as exporters leave them
+    for (auto& sub : stretched.SubObjects) {
+        for (auto& v : sub.Vertices)
+            v.Normal = {v.Normal.X * 2.0f, v.Normal.Y * 0.5f, v.Normal.Z};
+    }
+    editSeed("stretched_normals", stretched, {7, 1, 4, 0, 2, 0, 0, 5, 1, 3, 2});
 
     mw::clsIniFile ini;
     ini.SetText("; seed\n[My Own]\nkeep=1\n");

@@ -50,6 +50,8 @@ bool Application::Start() {
     }
     window_->ReadGameData();
     window_->LoadEffects();
+    // What an earlier session could not save, offered once the window is there.
+    window_->OfferRecovery();
     return true;
 }
 

@@ -86,6 +86,8 @@ class Document : public QObject {
     void SetModelFile(const QString& path, const QString& title);
     // After a save: the current state is the saved one.
     void MarkSaved();
+    // A model whose state was never saved (a recovered copy): no state is the saved one.
+    void MarkUnsaved() { undo_.resetClean(); }
 
     // After the model was replaced (loaded, or cleared by a failed load): nothing selected,
     // no undo history, ready when a model is there.

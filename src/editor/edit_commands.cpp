@@ -102,7 +102,8 @@ QUndoCommand* MakeDeleteCommand(Document& doc) {
         return new ModelCommand(
             doc, "Delete", GeometryScope::None(), kChangePoints | kChangeBatteries,
             [type, i](ModelData& model, SelectionState& sel) {
-                if (!type || i >= static_cast<int>(model.Points(*type).size())) return false;
+                if (!type || i < 0 || i >= static_cast<int>(model.Points(*type).size()))
+                    return false;
                 const int owner = model.Points(*type)[static_cast<std::size_t>(i)].Parent;
                 if (!DeletePNT(model, *type, i)) return false;
                 sel = SubObjectSelected(sel, owner);

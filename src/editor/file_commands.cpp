@@ -15,6 +15,7 @@
 #include "gamedata/install_paths.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
+#include "model/oof_reader.h"
 #include "model/oof_writer.h"
 
 namespace mw {
@@ -92,6 +93,28 @@ bool FileCommands::OpenChosen(const QString& path, bool addRecent, bool askToSav
     const QString modelPath = room ? RoomPathAsModel(path) : path;
     doc_.SetModelFile(modelPath, FileTitle(modelPath));
     doc_.ResetModel(true);
+    return true;
+}
+
+bool FileCommands::OpenRecovered(const QString& copy, const QString& original, const QString& title,
+                                 QString& error) {
+    // Read first into a scratch model, so an unreadable copy leaves the open one alone.
+    const auto bytes = ReadFileBytes(copy.toStdString());
+    ModelData scratch;
+    const ResultCode status = bytes ? readOOF(scratch, *bytes) : ResultCode::NotOOF;
+    if (status != ResultCode::Success) {
+        error = bytes ? TranslateError(status) : "it cannot be opened";
+        return false;
+    }
+    if (!MaybeSave()) return false;
+    if (LoadModel(copy, -1, false) != 0) {
+        error = "it cannot be opened";
+        doc_.ResetModel(false);
+        return false;
+    }
+    doc_.SetModelFile(original, title);
+    doc_.ResetModel(true);
+    doc_.MarkUnsaved();
     return true;
 }
 

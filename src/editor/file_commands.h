@@ -24,8 +24,7 @@ inline constexpr const char* kOpenFilter =
     "(*.orf)";
 inline constexpr const char* kOofFilter = "Outrage Object Files (*.oof)";
 inline constexpr const char* kOrfFilter = "Outrage Room Files (*.orf)";
-inline constexpr const char* kPackageFilter =
-    "Mission Archives (*.mn3);;HOG Archives (*.hog)";
+inline constexpr const char* kPackageFilter = "Mission Archives (*.mn3);;HOG Archives (*.hog)";
 
 class FileCommands : public QObject {
     Q_OBJECT
@@ -45,6 +44,11 @@ class FileCommands : public QObject {
     // A model a compiler has just written, opened as Open does but without asking about
     // unsaved changes (the import has asked before compiling).
     bool OpenCompiled(const QString& path);
+    // A recovery copy opened as an unsaved model titled as the model it came from, so that
+    // Save writes to `original`. False when it could not be read (nothing is changed then;
+    // `error` says why).
+    bool OpenRecovered(const QString& copy, const QString& original, const QString& title,
+                       QString& error);
     bool Save();
     bool SaveAs();
     bool ExportORF();

@@ -5,10 +5,12 @@
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 #include "editor/actions.h"
 #include "editor/animation_strip.h"
+#include "editor/autosave.h"
 #include "editor/dialogs/about_dialog.h"
 #include "editor/dialogs/check_dialog.h"
 #include "editor/dialogs/help_window.h"
@@ -28,6 +30,7 @@
 #include "editor/panels/textures_panel.h"
 #include "editor/playback.h"
 #include "editor/prompts.h"
+#include "editor/recovery.h"
 #include "editor/tree/model_tree.h"
 #include "editor/tree/tree_control.h"
 #include "editor/viewport.h"
@@ -36,7 +39,7 @@
 namespace mw {
 
 frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& logo,
-               Prompts* prompts, QWidget* parent)
+               Prompts* prompts, QWidget* parent, const QString& recoveryFolder)
     : QMainWindow(parent),
       ownPrompts_(prompts == nullptr ? std::make_unique<DialogPrompts>() : nullptr),
       prompts_(prompts == nullptr ? ownPrompts_.get() : prompts),
@@ -50,6 +53,9 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     // The textures follow the document before any view does.
     textures_ = new ModelTextures(*doc_, game, settings, prompts_, this);
     playback_ = new Playback(*doc_, this);
+    doc_->undoStack().setUndoLimit(settings.UndoLimit);
+    recoveryFolder_ = recoveryFolder.isEmpty() ? RecoveryFolder() : recoveryFolder;
+    autosave_ = new Autosave(*doc_, recoveryFolder_, settings.AutosaveSeconds, this);
 
     auto* central = new QWidget(this);
     auto* columns = new QSplitter(Qt::Horizontal, central);
@@ -98,6 +104,11 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     connect(actions_, &MainActions::preferencesRequested, this, &frmOOF::ShowPreferences);
     connect(this, &frmOOF::gameDataChanged, actions_, &MainActions::PopulateHOGlist);
     connect(this, &frmOOF::settingsChanged, actions_, &MainActions::UpdateFileEnabling);
+    connect(this, &frmOOF::settingsChanged, autosave_,
+            [this] { autosave_->SetInterval(settings_.AutosaveSeconds); });
+    connect(autosave_, &Autosave::copyFailed, this, [this](const QString& message) {
+        statusBar()->showMessage("The recovery copy could not be written: " + message);
+    });
     QMenu* modeMenu = actions_->menu("mnuViewModeMain");
     connect(viewport, &Viewport::contextMenuRequested, modeMenu,
             [modeMenu](QPoint at) { modeMenu->popup(at); });
@@ -200,6 +211,11 @@ void frmOOF::ReadGameData() {
     emit gameDataChanged();
 }
 
+bool frmOOF::OfferRecovery(const QString& folder) {
+    return mw::OfferRecovery(folder.isEmpty() ? recoveryFolder_ : folder, *files_, *autosave_,
+                             *prompts_, this);
+}
+
 void frmOOF::LoadEffects() {
     textures_->LoadGlow();
 }
@@ -219,6 +235,8 @@ void frmOOF::closeEvent(QCloseEvent* e) {
         return;
     }
     if (help_ != nullptr) help_->close();
+    // A clean close: nothing is left to recover (saved, or discarded on purpose).
+    autosave_->RemoveCopy();
     e->accept();
 }
 

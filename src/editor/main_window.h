@@ -15,6 +15,7 @@
 
 namespace mw {
 
+class Autosave;
 class CheckDialog;
 class Document;
 class FileCommands;
@@ -28,8 +29,10 @@ class frmOOF : public QMainWindow {
     Q_OBJECT
   public:
     // `prompts` answers the window's questions (Qt's dialogs when null).
+    // Recovery copies go to `recoveryFolder` (by default the user's recovery folder).
     frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& logo = {},
-           Prompts* prompts = nullptr, QWidget* parent = nullptr);
+           Prompts* prompts = nullptr, QWidget* parent = nullptr,
+           const QString& recoveryFolder = {});
     ~frmOOF() override;
 
     Document& document() { return *doc_; }
@@ -58,6 +61,9 @@ class frmOOF : public QMainWindow {
     void ReadGameData();
     // The effects that need game data: the glow sprites' texture.
     void LoadEffects();
+    // Offers the recovery copies earlier sessions left (in `folder`, by default the user's
+    // recovery folder). True when one was recovered.
+    bool OfferRecovery(const QString& folder = {});
 
     // Where the program lives (for the manual).
     void SetProgramDir(const QString& dir) { programDir_ = dir; }
@@ -84,7 +90,9 @@ class frmOOF : public QMainWindow {
     GameData& game_;
     QPixmap logo_;
     QString programDir_;
+    QString recoveryFolder_;
     ModelTextures* textures_ = nullptr;
+    Autosave* autosave_ = nullptr;
     Playback* playback_ = nullptr;
     QWidget* viewport_ = nullptr;
     FileCommands* files_ = nullptr;

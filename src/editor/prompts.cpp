@@ -1,5 +1,10 @@
 #include "editor/prompts.h"
 
+#include <QAbstractButton>
+#include <QPushButton>
+#include <algorithm>
+#include <vector>
+
 #include <QColorDialog>
 #include <QFileDialog>
 
@@ -39,6 +44,17 @@ QString DialogPrompts::SaveFileName(QWidget* parent, const QString& title, const
 void DialogPrompts::Message(QWidget* parent, const QString& text, PromptIcon icon) {
     QMessageBox box(BoxIcon(icon), kAppTitle, text, QMessageBox::Ok, parent);
     box.exec();
+}
+
+int DialogPrompts::Choose(QWidget* parent, const QString& text, const QStringList& buttons,
+                          PromptIcon icon) {
+    QMessageBox box(BoxIcon(icon), kAppTitle, text, QMessageBox::NoButton, parent);
+    std::vector<QAbstractButton*> added;
+    for (const QString& caption : buttons)
+        added.push_back(box.addButton(caption, QMessageBox::AcceptRole));
+    box.exec();
+    const auto chosen = std::find(added.begin(), added.end(), box.clickedButton());
+    return chosen == added.end() ? -1 : static_cast<int>(chosen - added.begin());
 }
 
 QMessageBox::StandardButton DialogPrompts::Ask(QWidget* parent, const QString& text,

@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QMessageBox>
 #include <QString>
+#include <QStringList>
 
 #include "gamedata/progress.h"
 
@@ -31,6 +32,10 @@ class Prompts {
                                             PromptIcon icon) = 0;
     // The colour dialog, preset to `initial`; an invalid colour when cancelled.
     virtual QColor ChooseColor(QWidget* parent, const QColor& initial) = 0;
+    // Asks with buttons of these captions; returns the index of the one chosen, -1 when the
+    // question was closed without an answer.
+    virtual int Choose(QWidget* parent, const QString& text, const QStringList& buttons,
+                       PromptIcon icon) = 0;
 };
 
 // Qt's dialogs and message boxes.
@@ -44,6 +49,8 @@ class DialogPrompts : public Prompts {
     QMessageBox::StandardButton Ask(QWidget* parent, const QString& text,
                                     QMessageBox::StandardButtons buttons, PromptIcon icon) override;
     QColor ChooseColor(QWidget* parent, const QColor& initial) override;
+    int Choose(QWidget* parent, const QString& text, const QStringList& buttons,
+               PromptIcon icon) override;
 };
 
 // The game-data readers' messages as information boxes.

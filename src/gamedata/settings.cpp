@@ -1,6 +1,7 @@
 #include "gamedata/settings.h"
 
 #include <unistd.h>
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -15,6 +16,7 @@ constexpr const char* kView = "View Settings";
 constexpr const char* kEffects = "Effects";
 constexpr const char* kAnimation = "Animation";
 constexpr const char* kMru = "MRU";
+constexpr const char* kApplication = "Application";
 constexpr const char* kPof = "POFGEN Options";
 constexpr const char* kOrf = "ORF Conversion Options";
 
@@ -154,12 +156,19 @@ void LoadSettings(const clsIniFile& ini, Settings& s) {
     if (size < 0.1f) size = 0.1f;
     if (size > 100.0f) size = 100.0f;
     s.SpecialFaceSize = size;
+
+    const int autosave = ini.GetInt(kApplication, "AutosaveSeconds", 60);
+    s.AutosaveSeconds = std::clamp(autosave, 0, kMaxAutosaveSeconds);
+    const int undo = ini.GetInt(kApplication, "UndoLimit", 1000);
+    s.UndoLimit = undo < 0 ? 1000 : undo;
 }
 
 void SaveSettings(clsIniFile& ini, const Settings& s,
                   const std::function<bool(const std::string&)>& fileExists) {
-    ini.WriteString("Application", "Name", "Meshwright");
-    ini.WriteString("Application", "Version", kVersionText);
+    ini.WriteString(kApplication, "Name", "Meshwright");
+    ini.WriteString(kApplication, "Version", kVersionText);
+    ini.WriteInt(kApplication, "AutosaveSeconds", static_cast<std::int16_t>(s.AutosaveSeconds));
+    ini.WriteInt(kApplication, "UndoLimit", static_cast<std::int16_t>(s.UndoLimit));
     for (const StringKey& k : kPathKeys)
         ini.WriteString(kPaths, k.key, s.*k.field);
     ini.WriteInt(kView, "ViewMode", s.ViewMode);

@@ -15,6 +15,9 @@ namespace mw {
 
 enum class ViewType { Wireframe = 0, FlatSolid = 1, SmoothSolid = 2, Textured = 3 };
 
+// The longest autosave interval the settings file keeps (an hour).
+inline constexpr int kMaxAutosaveSeconds = 3600;
+
 struct Settings {
     // Path Settings
     std::string D3HogPath;
@@ -31,6 +34,10 @@ struct Settings {
     // Effects
     bool GlowEffects = true;
     bool Facing = true;
+    // Seconds between recovery copies of a model with unsaved changes; 0 turns them off.
+    int AutosaveSeconds = 60;
+    // Steps the undo stack keeps (0: no limit).
+    int UndoLimit = 1000;
     bool TextureAnimation = true;
     bool BilinearFiltering = false;
     bool ShowBackground = true;

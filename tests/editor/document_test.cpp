@@ -305,6 +305,10 @@ TEST(DocumentTest, RefusedEditsPushNothing) {
     EXPECT_FALSE(doc.Apply(MakeRenameCommand(doc, 3, "turret")));
     doc.SelectPoint(PointType::GPNT, 0);
     EXPECT_FALSE(doc.Apply(MakeConvertCommand(doc, PointType::GPNT)));
+    // A point index that names no point (found by the edit fuzzer: it read before the list).
+    doc.SelectPoint(PointType::GPNT, -3);
+    EXPECT_FALSE(doc.Apply(MakeDeleteCommand(doc)));
+    EXPECT_FALSE(doc.Apply(MakeConvertCommand(doc, PointType::ATCH)));
 
     EXPECT_EQ(doc.undoStack().count(), 0);
     EXPECT_FALSE(doc.isModified());

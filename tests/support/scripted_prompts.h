@@ -43,7 +43,16 @@ class ScriptedPrompts : public Prompts {
         return chosenColor;
     }
 
-    QColor chosenColor;  // invalid: the dialog is cancelled
+    int Choose(QWidget*, const QString& text, const QStringList&, PromptIcon) override {
+        questions.push_back(text);
+        if (choices.empty()) return -1;
+        const int c = choices.front();
+        choices.pop_front();
+        return c;
+    }
+
+    std::deque<int> choices;  // the buttons Choose answers with, in turn (-1 when empty)
+    QColor chosenColor;       // invalid: the dialog is cancelled
     std::vector<QColor> colorsOffered;
     std::deque<QString> fileNames;  // what the file dialogs return, in turn ("" cancels)
     std::deque<QMessageBox::StandardButton> answers;

@@ -79,7 +79,10 @@ frmPreferences::frmPreferences(Settings& settings, Prompts& prompts, QWidget* pa
     top->addWidget(BuildPaths(), 1);
     top->addWidget(BuildCompilerOptions());
     layout->addLayout(top);
-    layout->addWidget(BuildRoomOptions());
+    auto* bottom = new QHBoxLayout;
+    bottom->addWidget(BuildRoomOptions(), 1);
+    bottom->addWidget(BuildRecoveryOptions());
+    layout->addLayout(bottom);
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -244,6 +247,20 @@ QWidget* frmPreferences::BuildRoomOptions() {
     return group;
 }
 
+QWidget* frmPreferences::BuildRecoveryOptions() {
+    auto* group = new QGroupBox("Recovery:", this);
+    group->setObjectName("fraRecovery");
+    auto* row = new QHBoxLayout(group);
+    txtAutosave_ = MakeSpinner(group, "txtAutosave", "Autosave every (seconds, 0 never)", 0.0f,
+                               static_cast<float>(kMaxAutosaveSeconds), "###0", 1.0f, 2.0f);
+    auto* label = new QLabel("&Autosave every:", group);
+    label->setBuddy(txtAutosave_);
+    row->addWidget(label);
+    row->addWidget(txtAutosave_);
+    row->addWidget(new QLabel("sec. (0: never)", group));
+    return group;
+}
+
 void frmPreferences::ShowSettings() {
     const Settings& s = settings_;
     paths_[kD3]->setText(ExistingD3Hog(Text(s.D3HogPath)));
@@ -262,12 +279,13 @@ void frmPreferences::ShowSettings() {
     optOOFORF_[s.CombineRooms ? 1 : 0]->setChecked(true);
     chkOutputSpecial_->setChecked(s.SpecialPointsAsFaces);
     txtSpecialFaceSize_->SetValue(s.SpecialFaceSize);
+    txtAutosave_->SetValue(static_cast<float>(s.AutosaveSeconds));
 }
 
 // Any change the user makes enables OK.
 void frmPreferences::WatchForChanges() {
     for (QLineEdit* field : findChildren<QLineEdit*>()) {
-        if (field->parent() == txtSpecialFaceSize_) continue;
+        if (field->parent() == txtSpecialFaceSize_ || field->parent() == txtAutosave_) continue;
         connect(field, &QLineEdit::textChanged, this, &frmPreferences::EnableOK);
     }
     for (QAbstractButton* b : findChildren<QAbstractButton*>()) {
@@ -275,6 +293,7 @@ void frmPreferences::WatchForChanges() {
             connect(b, &QAbstractButton::clicked, this, &frmPreferences::EnableOK);
     }
     connect(txtSpecialFaceSize_, &spinControl::Change, this, &frmPreferences::EnableOK);
+    connect(txtAutosave_, &spinControl::Change, this, &frmPreferences::EnableOK);
 }
 
 void frmPreferences::okEnabled(bool on) {
@@ -415,6 +434,7 @@ void frmPreferences::accept() {
     ApplyCompilerOptions();
     s.CombineRooms = optOOFORF_[1]->isChecked();
     s.SpecialPointsAsFaces = chkOutputSpecial_->isChecked();
+    s.AutosaveSeconds = static_cast<int>(txtAutosave_->Value());
     QDialog::accept();
 }
 

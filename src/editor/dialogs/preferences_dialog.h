@@ -54,6 +54,7 @@ class frmPreferences : public QDialog {
     QWidget* BuildPaths();
     QWidget* BuildCompilerOptions();
     QWidget* BuildRoomOptions();
+    QWidget* BuildRecoveryOptions();
     void ShowSettings();
     // Closing takes the focus from a field; that is no leaving to check.
     void StopCheckingFields();
@@ -83,6 +84,7 @@ class frmPreferences : public QDialog {
     std::array<QRadioButton*, 2> optOOFORF_{};
     QCheckBox* chkOutputSpecial_ = nullptr;
     spinControl* txtSpecialFaceSize_ = nullptr;
+    spinControl* txtAutosave_ = nullptr;
     QPushButton* cmdOK_ = nullptr;
 };
 
