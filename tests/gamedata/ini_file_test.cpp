@@ -80,6 +80,24 @@ TEST(Settings, EdgeValuesReadAsDocumented) {
     LoadSettings(other, t);
     EXPECT_EQ(t.View, ViewType::Textured);
     EXPECT_EQ(t.SpecialFaceSize, 100.0f);
+    EXPECT_EQ(t.AutosaveSeconds, 60);  // missing: the defaults
+    EXPECT_EQ(t.UndoLimit, 1000);
+
+    clsIniFile recovery;
+    recovery.SetText("[application]\nautosaveseconds=0\nUndoLimit=-4\n");
+    Settings r;
+    LoadSettings(recovery, r);
+    EXPECT_EQ(r.AutosaveSeconds, 0);  // off
+    EXPECT_EQ(r.UndoLimit, 1000);     // a negative limit is no limit the stack takes
+    r.AutosaveSeconds = 90;
+    r.UndoLimit = 250;
+    clsIniFile written;
+    SaveSettings(written, r, [](const std::string&) { return true; });
+    EXPECT_NE(written.Text().find("AutosaveSeconds=90"), std::string::npos);
+    Settings back;
+    LoadSettings(written, back);
+    EXPECT_EQ(back.AutosaveSeconds, 90);
+    EXPECT_EQ(back.UndoLimit, 250);
 }
 
 TEST(Settings, RecentFilesKeepOnlyModels) {

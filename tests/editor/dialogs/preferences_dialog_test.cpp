@@ -164,8 +164,11 @@ TEST_F(PreferencesTest, OKStoresEverythingAndTellsWhatChanged) {
     Field<QRadioButton>("optShadingMode_1")->click();
     Field<QCheckBox>("chkAnimation")->click();
     Field<QCheckBox>("chkPOFGENOutput")->click();
+    EXPECT_EQ(dialog_->findChild<spinControl*>("txtAutosave")->Value(), 60.0f);
+    dialog_->findChild<spinControl*>("txtAutosave")->SetValue(0.0f);  // no recovery copies
     QTest::mouseClick(&dialog_->okButton(), Qt::LeftButton);
 
+    EXPECT_EQ(settings_.AutosaveSeconds, 0);
     EXPECT_TRUE(dialog_->PathsChanged());
     EXPECT_FALSE(dialog_->BackgroundChanged());
     EXPECT_EQ(settings_.OGFPath, (dir_ / "textures").string() + "/");
