@@ -51,6 +51,10 @@ std::vector<Case> Cases() {
          [](Document& d) { d.SelectSubObject(2); },
          [](Document& d) { return MakeCombineCommand(d, 2, 0); },
          {0, -1, ""}},
+        {"Combine",  // the turret: its battery lets go of it, and undo gives it back
+         [](Document& d) { d.SelectSubObject(3); },
+         [](Document& d) { return MakeCombineCommand(d, 3, 0); },
+         {0, -1, ""}},
         {"Delete",
          [](Document& d) { d.SelectSubObject(3); },
          [](Document& d) { return MakeDeleteCommand(d); },
