@@ -163,5 +163,4 @@ inline QUndoCommand* MakeOperation(Document& doc, Ops& ops, KeyClipboard& clip) 
     }
 }
 
-
 }  // namespace mw::edits

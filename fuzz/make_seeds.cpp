@@ -1,6 +1,7 @@
 // Writes the seed corpora of the fuzz targets: make_fuzz_seeds DIR (one folder per target).
 #include <filesystem>
 #include <iostream>
+#include <tuple>
 
 #include "convert/orf_writer.h"
 #include "gamedata/hog.h"
@@ -77,6 +78,20 @@ int main(int argc, char** argv) {
     }
     ok &= Put(dir / "oaf", "old_header.oaf",
               mw::WriteOAF({picture, picture, picture}, {122, 32, true, 1, "f", 0}, false));
+
+    // Targa pictures: true-colour bottom-up with alpha, and run-length top-down.
+    for (const auto& [name, type, descriptor] :
+         {std::tuple{"plain.tga", std::uint8_t{2}, std::uint8_t{8}},
+          std::tuple{"runs.tga", std::uint8_t{10}, std::uint8_t{0x28}}}) {
+        std::vector<std::uint8_t> tga{0, 0, type, 0, 0, 0, 0, 0,  0,
+                                      0, 0, 0,    4, 0, 3, 0, 32, descriptor};
+        for (std::uint32_t p : picture.Pixels) {
+            if (type == 10) tga.push_back(0);  // a raw packet of one pixel
+            for (int shift : {16, 8, 0, 24})
+                tga.push_back(static_cast<std::uint8_t>(p >> shift));
+        }
+        ok &= Put(dir / "targa", name, tga);
+    }
 
     // Edits: a model (its length first), then operations. One seed runs every operation once
     // on the sample, others a few on smaller models.
