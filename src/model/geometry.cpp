@@ -1,5 +1,7 @@
 #include "model/geometry.h"
 
+#include <cmath>
+
 namespace mw {
 namespace {
 
@@ -128,6 +130,18 @@ void MovePivot(ModelData& model, int s, Vector3 pivotDelta) {
     }
 }
 
+namespace {
+
+// A unit normal, or (0, 0, 1) where there is none to be had: a stored face normal that is
+// infinite or not a number would otherwise spread 0/0 into every vertex it touches.
+Vector3 UnitNormal(Vector3 v) {
+    const Vector3 n = Normalize(v);
+    const bool finite = std::isfinite(n.X) && std::isfinite(n.Y) && std::isfinite(n.Z);
+    return finite ? n : Vector3{0.0f, 0.0f, 1.0f};
+}
+
+}  // namespace
+
 void RecalcVertexNormals(ModelData& model) {
     for (SubObject& sub : model.SubObjects) {
         if (sub.Vertices.empty()) continue;
@@ -136,7 +150,7 @@ void RecalcVertexNormals(ModelData& model) {
             v.Normal = {};
         std::size_t corner = 0;
         for (Face& face : sub.Faces) {
-            face.Normal = Normalize(face.Normal);
+            face.Normal = UnitNormal(face.Normal);
             for (int c = 0; c < face.VertexCount && corner < sub.Corners.size(); ++c, ++corner) {
                 const auto vi = static_cast<std::size_t>(sub.Corners[corner].VertexIndex);
                 if (vi >= sub.Vertices.size()) continue;
@@ -145,7 +159,7 @@ void RecalcVertexNormals(ModelData& model) {
             }
         }
         for (std::size_t i = 0; i < sub.Vertices.size(); ++i) {
-            sub.Vertices[i].Normal = Normalize(DivideBy(sub.Vertices[i].Normal, uses[i]));
+            sub.Vertices[i].Normal = UnitNormal(DivideBy(sub.Vertices[i].Normal, uses[i]));
         }
     }
 }

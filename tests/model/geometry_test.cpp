@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include "support/oof_bytes.h"
 
 namespace mw {
@@ -103,6 +106,20 @@ TEST(Geometry, VertexNormalsOfACube) {
         EXPECT_NEAR(n.Z, (i & 4 ? 1 : -1) * 0.57735f, 1e-5);
     }
     EXPECT_EQ(cube.Vertices[8].Normal, (Vector3{0, 0, 1}));
+
+    // A stored face normal that is infinite or not a number gives (0, 0, 1), not 0/0 in the
+    // face and its vertices (found by the edit fuzzer: the reader turns 0/0 into -100000, so
+    // such a model did not read back to itself).
+    cube.Faces[1].Normal = {std::numeric_limits<float>::infinity(), 0, 0};
+    cube.Faces[2].Normal = {0, std::numeric_limits<float>::quiet_NaN(), 0};
+    RecalcVertexNormals(m);
+    EXPECT_EQ(cube.Faces[1].Normal, (Vector3{0, 0, 1}));
+    EXPECT_EQ(cube.Faces[2].Normal, (Vector3{0, 0, 1}));
+    for (const Vertex& v : cube.Vertices) {
+        EXPECT_TRUE(std::isfinite(v.Normal.X) && std::isfinite(v.Normal.Y) &&
+                    std::isfinite(v.Normal.Z));
+        EXPECT_NEAR(Length(v.Normal), 1.0f, 1e-5);
+    }
 }
 
 TEST(Geometry, ScaleModelChecksTheResultingRadius) {
