@@ -54,7 +54,13 @@ inline Vector3 NormalizeAxis(Vector3 v) {
     const double x = v.X, y = v.Y, z = v.Z;
     const double lengthSquared = x * x + y * y + z * z;
     if (std::fabs(lengthSquared - 1.0) <= 4.0 / 16777216.0) return v;
-    return Normalize(v);
+    // Divided in double and rounded once, so the result is itself unit within that
+    // tolerance and a second normalisation keeps it (dividing by a length already rounded
+    // to float can land 5 epsilons off, and the axis would move on every read).
+    const double length = std::sqrt(lengthSquared);
+    if (length == 0.0) return {v.X, v.Y, 1.0f};
+    return {static_cast<float>(x / length), static_cast<float>(y / length),
+            static_cast<float>(z / length)};
 }
 
 // Components holding the not-a-number that 0/0 produces (bit pattern 0xFFC00000) become

@@ -366,7 +366,8 @@ bool OofReader::positionKeys() {
 bool OofReader::rotationKeys() {
     bodyRead_ = true;
     m_.HasRANI = true;
-    for (SubObject& sub : m_.SubObjects) {
+    for (std::size_t s = 0; s < m_.SubObjects.size(); ++s) {
+        SubObject& sub = m_.SubObjects[s];
         const std::int32_t count = r_.i32();
         sub.Rot.FirstFrame = r_.i32();
         sub.Rot.LastFrame = r_.i32();
@@ -378,7 +379,8 @@ bool OofReader::rotationKeys() {
             k.Axis = r_.vec3();
             k.Angle = r_.i32();
         }
-        CalcRotMatrix(m_, sub.Index);
+        // This record's keys (the file's own index field may name another record).
+        CalcRotMatrix(m_, static_cast<int>(s));
     }
     return r_.ok();
 }

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace mw {
@@ -70,6 +71,27 @@ TEST(Matrix, Concatenate3IsSecondTimesFirstAndDropsTranslation) {
 TEST(Matrix, TranslationRoundTrip) {
     EXPECT_EQ(GetTranslation(TranslationMatrix({1, 2, 3})), (Vector3{1, 2, 3}));
     EXPECT_FLOAT_EQ(KeyAngleToRadians(16384), static_cast<float>(kKeyPi / 2));
+}
+
+}  // namespace
+}  // namespace mw
+
+namespace mw {
+namespace {
+
+// An axis made unit is one a second normalisation keeps bit for bit, however small the
+// axis was (found by the edit fuzzer: tiny axes normalised through a float length landed 15
+// epsilons off and moved again on every read).
+TEST(Vector, NormalizedAxesAreFixedPoints) {
+    for (const Vector3 tiny :
+         {Vector3{6.82309038e-40f, 7.69481013e-40f, 0.0f}, Vector3{3e-39f, -1e-39f, 2e-39f},
+          Vector3{1e30f, 3e30f, -2e30f}, Vector3{0.3f, 0.4f, 0.0f}}) {
+        const Vector3 once = NormalizeAxis(tiny);
+        const double x = once.X, y = once.Y, z = once.Z;
+        EXPECT_LE(std::fabs(x * x + y * y + z * z - 1.0), 4.0 / 16777216.0);
+        const Vector3 twice = NormalizeAxis(once);
+        EXPECT_EQ(std::memcmp(&once, &twice, sizeof once), 0);
+    }
 }
 
 }  // namespace
