@@ -56,7 +56,7 @@ int HogWriteCommand(const std::vector<std::string>& args, std::ostream& out, std
     }
     if (!edit.Error.empty()) {
         err << edit.Error << "\n";
-        return edit.Error.starts_with("Cannot read") ? kExitNoInput : kExitRefused;
+        return edit.InputUnreadable ? kExitNoInput : kExitRefused;
     }
     Report("added", edit.Added, out);
     Report("replaced", edit.Replaced, out);

@@ -54,7 +54,7 @@ int PackageCommand(const std::vector<std::string>& args, std::ostream& out, std:
         err << "Warning: " << warning << "\n";
     if (!result.Error.empty()) {
         err << result.Error << "\n";
-        return result.Error.starts_with("Cannot read") ? kExitNoInput : kExitCantCreate;
+        return result.ModelUnreadable ? kExitNoInput : kExitCantCreate;
     }
     const std::string report = PackageReport(result, files[1]);
     if (result.Missing > 0) {

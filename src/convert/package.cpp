@@ -163,6 +163,7 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
     const auto modelBytes = ReadFileBytes(modelPath);
     if (!modelBytes) {
         result.Error = "Cannot read " + modelPath.string() + ".";
+        result.ModelUnreadable = true;
         return result;
     }
     ModelData model;

@@ -36,6 +36,7 @@ std::vector<PackageTexture> PlanPackageTextures(const ModelData& model, GameData
 
 struct PackageResult {
     std::string Error;  // when not empty, nothing was written
+    bool ModelUnreadable = false;  // the failure was the model file
     std::vector<PackageTexture> Textures;
     std::vector<std::string> Entries;   // the archive's files
     std::vector<std::string> Warnings;  // pictures resized, large sides, long names

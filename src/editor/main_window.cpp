@@ -75,9 +75,8 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     auto* right = new QWidget(columns);
     auto* rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
-    auto* viewport = new Viewport(*doc_, *textures_, *playback_, *prompts_, right);
-    viewport_ = viewport;
-    rightLayout->addWidget(viewport, 1);
+    viewport_ = new Viewport(*doc_, *textures_, *playback_, *prompts_, right);
+    rightLayout->addWidget(viewport_, 1);
     auto* fraAnimation = new QGroupBox("Animation Controls", right);
     fraAnimation->setObjectName("fraAnimation");
     fraAnimation->setAccessibleName("Animation Controls");
@@ -110,7 +109,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
         statusBar()->showMessage("The recovery copy could not be written: " + message);
     });
     QMenu* modeMenu = actions_->menu("mnuViewModeMain");
-    connect(viewport, &Viewport::contextMenuRequested, modeMenu,
+    connect(viewport_, &Viewport::contextMenuRequested, modeMenu,
             [modeMenu](QPoint at) { modeMenu->popup(at); });
     auto* import = new P3DImport(*files_, settings, *prompts_, this);
     connect(actions_, &MainActions::importP3DRequested, import, &P3DImport::Import);
@@ -133,7 +132,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
 }
 
 bool frmOOF::ViewportReady() const {
-    return static_cast<const QOpenGLWidget*>(viewport_)->isValid();
+    return viewport_->isValid();
 }
 
 frmOOF::~frmOOF() {

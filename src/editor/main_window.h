@@ -23,6 +23,7 @@ class MainActions;
 class ModelTextures;
 class Playback;
 class Prompts;
+class Viewport;
 class frmPreferences;
 
 class frmOOF : public QMainWindow {
@@ -94,7 +95,7 @@ class frmOOF : public QMainWindow {
     ModelTextures* textures_ = nullptr;
     Autosave* autosave_ = nullptr;
     Playback* playback_ = nullptr;
-    QWidget* viewport_ = nullptr;
+    Viewport* viewport_ = nullptr;
     FileCommands* files_ = nullptr;
     PreferencesRunner runPreferences_;
     MainActions* actions_ = nullptr;

@@ -30,8 +30,10 @@ std::string NameProblem(const std::string& name) {
     return {};
 }
 
-// The files named on the command line, read; or the reason they cannot go in.
-std::string ReadInputs(const std::vector<std::filesystem::path>& paths, std::vector<HogFile>& out) {
+// The files named on the command line, read; or the reason they cannot go in (`unreadable`
+// set when that reason is a file that cannot be read).
+std::string ReadInputs(const std::vector<std::filesystem::path>& paths, std::vector<HogFile>& out,
+                       bool& unreadable) {
     for (const auto& path : paths) {
         HogFile file{path.filename().string(), {}};
         if (std::string problem = NameProblem(file.Name); !problem.empty()) return problem;
@@ -42,16 +44,23 @@ std::string ReadInputs(const std::vector<std::filesystem::path>& paths, std::vec
             }
         }
         auto bytes = ReadFileBytes(path);
-        if (!bytes) return "Cannot read " + path.string() + ".";
+        if (!bytes) {
+            unreadable = true;
+            return "Cannot read " + path.string() + ".";
+        }
         file.Data = std::move(*bytes);
         out.push_back(std::move(file));
     }
     return {};
 }
 
-std::string ReadArchive(const std::filesystem::path& archive, std::vector<HogFile>& out) {
+std::string ReadArchive(const std::filesystem::path& archive, std::vector<HogFile>& out,
+                        bool& unreadable) {
     const auto bytes = ReadFileBytes(archive);
-    if (!bytes) return "Cannot read " + archive.string() + ".";
+    if (!bytes) {
+        unreadable = true;
+        return "Cannot read " + archive.string() + ".";
+    }
     auto files = ReadHogFiles(*bytes);
     if (!files) return archive.string() + " is not a HOG2 archive.";
     out = std::move(*files);
@@ -61,6 +70,12 @@ std::string ReadArchive(const std::filesystem::path& archive, std::vector<HogFil
 HogEdit Failed(std::string message) {
     HogEdit edit;
     edit.Error = std::move(message);
+    return edit;
+}
+
+HogEdit Unreadable(std::string message) {
+    HogEdit edit = Failed(std::move(message));
+    edit.InputUnreadable = true;
     return edit;
 }
 
@@ -130,15 +145,19 @@ HogEdit WriteHogFiles(const std::filesystem::path& archive, std::vector<HogFile>
 HogEdit CreateHog(const std::filesystem::path& archive,
                   const std::vector<std::filesystem::path>& paths, std::uint32_t time) {
     std::vector<HogFile> files;
-    if (std::string problem = ReadInputs(paths, files); !problem.empty()) return Failed(problem);
+    bool unreadable = false;
+    if (std::string problem = ReadInputs(paths, files, unreadable); !problem.empty())
+        return unreadable ? Unreadable(problem) : Failed(problem);
     return WriteHogFiles(archive, std::move(files), time);
 }
 
 HogEdit AddToHog(const std::filesystem::path& archive,
                  const std::vector<std::filesystem::path>& paths, std::uint32_t time) {
     std::vector<HogFile> files, inputs;
-    if (std::string problem = ReadArchive(archive, files); !problem.empty()) return Failed(problem);
-    if (std::string problem = ReadInputs(paths, inputs); !problem.empty()) return Failed(problem);
+    bool unreadable = false;
+    std::string problem = ReadArchive(archive, files, unreadable);
+    if (problem.empty()) problem = ReadInputs(paths, inputs, unreadable);
+    if (!problem.empty()) return unreadable ? Unreadable(problem) : Failed(problem);
     HogEdit edit;
     for (HogFile& input : inputs) {
         const auto same = std::find_if(files.begin(), files.end(), [&input](const HogFile& f) {
@@ -160,7 +179,9 @@ HogEdit AddToHog(const std::filesystem::path& archive,
 HogEdit RemoveFromHog(const std::filesystem::path& archive, const std::vector<std::string>& names,
                       std::uint32_t time) {
     std::vector<HogFile> files;
-    if (std::string problem = ReadArchive(archive, files); !problem.empty()) return Failed(problem);
+    bool unreadable = false;
+    if (std::string problem = ReadArchive(archive, files, unreadable); !problem.empty())
+        return unreadable ? Unreadable(problem) : Failed(problem);
     HogEdit edit;
     for (const std::string& name : names) {
         const auto same = std::find_if(files.begin(), files.end(), [&name](const HogFile& f) {

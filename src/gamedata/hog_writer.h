@@ -31,6 +31,7 @@ std::optional<std::vector<HogFile>> ReadHogFiles(std::span<const std::uint8_t> b
 // What an archive command did, or why it did nothing (Error not empty: nothing written).
 struct HogEdit {
     std::string Error;
+    bool InputUnreadable = false;  // the failure was a file that could not be read
     std::vector<std::string> Added;
     std::vector<std::string> Replaced;
     std::vector<std::string> Removed;
