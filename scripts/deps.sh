@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(g++ cmake make libgtest-dev libbenchmark-dev qt6-base-dev libqt6opengl6-dev
           libgl-dev libglu1-mesa-dev libgl1-mesa-dri libegl-dev libegl-mesa0 xvfb xauth
-          fonts-dejavu-core)
+          fonts-dejavu-core libassimp-dev libtinygltf-dev nlohmann-json3-dev)
 [ "${MW_FUZZ:-0}" = 1 ] && packages+=(clang-14 libfuzzer-14-dev libclang-rt-14-dev)
 # The .deb: dpkg-shlibdeps works out the library dependencies, CPack finds binaries with file.
 [ "${MW_PACKAGE:-0}" = 1 ] && packages+=(dpkg-dev file)

@@ -25,6 +25,8 @@ constexpr const char* kUsage =
     "  resave IN OUT                     read a model and write it again\n"
     "  edit IN OUT OPERATION...          apply model operations, then write OUT\n"
     "  convert IN OUT [OPTIONS]          OOF to ORF room, or ORF room to OOF\n"
+    "  export MODEL OUT.glb|OUT.gltf     the model as glTF 2.0, for Blender and viewers\n"
+    "  import IN OUT.oof [--scale S]     a model from glTF, OBJ, FBX, Collada, 3DS ...\n"
     "  render MODEL --png OUT [OPTIONS]  draw one frame of the model offscreen\n"
     "  thumbnail MODEL OUT.png [--size N] a square picture for file managers\n"
     "  sheet ARCHIVE|FOLDER --png OUT     a contact sheet of every model there\n"
@@ -138,6 +140,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "image") return ImageCommand(rest, out, err);
     if (command == "gam") return GamCommand(rest, out, err);
     if (command == "package") return PackageCommand(rest, out, err);
+    if (command == "export") return ExportCommand(rest, out, err);
+    if (command == "import") return ImportCommand(rest, out, err);
     err << "Unknown command '" << command << "'\n\n" << kUsage;
     return kExitUsage;
 }

@@ -33,6 +33,8 @@ int ImageCommand(const std::vector<std::string>& args, std::ostream& out, std::o
 int EncodeImageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 // "hog create", "hog add" and "hog remove" (args[0] is the sub-command).
 int HogWriteCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ExportCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int ImportCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int PackageCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);

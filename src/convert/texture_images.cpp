@@ -67,3 +67,44 @@ RgbaImage ResizeToPowerOfTwo(const RgbaImage& image) {
 }
 
 }  // namespace mw
+
+namespace mw {
+namespace {
+
+// Keeps what the loader hands over, picture by picture.
+class PictureKeeper : public TextureUploader {
+  public:
+    std::vector<std::optional<RgbaImage>> pictures;
+    void AllocModelTextures(int count) override {
+        pictures.assign(static_cast<std::size_t>(std::max(count, 0)), std::nullopt);
+    }
+    void UploadModelTexture(int texture, int width, int height,
+                            const std::uint32_t* pixels) override {
+        if (texture < 0 || static_cast<std::size_t>(texture) >= pictures.size()) return;
+        RgbaImage image;
+        image.Width = width;
+        image.Height = height;
+        image.Pixels.assign(
+            pixels, pixels + static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+        pictures[static_cast<std::size_t>(texture)] = std::move(image);
+    }
+};
+
+}  // namespace
+
+std::vector<std::optional<RgbaImage>> ResolveTexturePictures(const ModelData& model,
+                                                             const std::string& modelPath,
+                                                             GameData& data,
+                                                             const Settings& settings) {
+    PictureKeeper keeper;
+    LoadedTextures loaded;
+    LoadModelTextures(model, modelPath, data, settings, MakeMissingTexture(1), keeper, loaded);
+    keeper.pictures.resize(model.Textures.size());
+    for (std::size_t t = 0; t < keeper.pictures.size(); ++t) {
+        // The placeholder of a texture that was not found is no picture of it.
+        if (t >= loaded.Resolved.size() || !loaded.Resolved[t].Decoded) keeper.pictures[t].reset();
+    }
+    return std::move(keeper.pictures);
+}
+
+}  // namespace mw

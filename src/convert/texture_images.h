@@ -4,8 +4,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "gamedata/ogf_writer.h"
+#include "gamedata/texture_loader.h"
+#include "model/model_data.h"
 
 namespace mw {
 
@@ -15,5 +18,16 @@ std::optional<RgbaImage> ReadTextureImage(const std::string& path, std::string& 
 // The picture scaled smoothly to the nearest power of two on each side.
 RgbaImage ResizeToPowerOfTwo(const RgbaImage& image);
 int NearestPowerOfTwo(int n);
+
+}  // namespace mw
+
+namespace mw {
+
+// The decoded picture of each model texture that the game data (or a loose image beside
+// the model) has; nullopt for the others.
+std::vector<std::optional<RgbaImage>> ResolveTexturePictures(const ModelData& model,
+                                                             const std::string& modelPath,
+                                                             GameData& data,
+                                                             const Settings& settings);
 
 }  // namespace mw

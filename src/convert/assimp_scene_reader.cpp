@@ -1,0 +1,136 @@
+// Reads OBJ, FBX, Collada, 3DS, PLY, STL, LWO and the other formats of the Open Asset
+// Import Library. Polygons are kept (no triangulation); lines and points are dropped.
+#include <assimp/material.h>
+#include <assimp/postprocess.h>
+#include <assimp/scene.h>
+#include <assimp/Importer.hpp>
+
+#include <filesystem>
+
+#include "convert/import_scene.h"
+#include "convert/scene_transform.h"
+
+namespace mw {
+namespace {
+
+constexpr Transform kIdentity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+
+SceneMaterial MaterialOf(const aiMaterial& m) {
+    SceneMaterial out;
+    aiString name;
+    if (m.Get(AI_MATKEY_NAME, name) == AI_SUCCESS) out.Name = name.C_Str();
+    out.Default = out.Name == AI_DEFAULT_MATERIAL_NAME;
+    aiString file;
+    if (m.GetTexture(aiTextureType_BASE_COLOR, 0, &file) == AI_SUCCESS ||
+        m.GetTexture(aiTextureType_DIFFUSE, 0, &file) == AI_SUCCESS) {
+        std::string text = file.C_Str();
+        for (char& c : text) {
+            if (c == '\\') c = '/';
+        }
+        out.Texture = std::filesystem::path(text).stem().string();
+    }
+    aiColor4D colour;
+    if (m.Get(AI_MATKEY_BASE_COLOR, colour) == AI_SUCCESS ||
+        m.Get(AI_MATKEY_COLOR_DIFFUSE, colour) == AI_SUCCESS) {
+        out.Colour = {colour.r, colour.g, colour.b, colour.a};
+    }
+    return out;
+}
+
+ScenePrimitive PrimitiveOf(const aiMesh& mesh) {
+    ScenePrimitive p;
+    p.Material = static_cast<int>(mesh.mMaterialIndex);
+    p.Positions.reserve(3 * mesh.mNumVertices);
+    for (unsigned v = 0; v < mesh.mNumVertices; ++v) {
+        const aiVector3D& x = mesh.mVertices[v];
+        p.Positions.insert(p.Positions.end(), {x.x, x.y, x.z});
+        if (mesh.mNormals != nullptr) {
+            const aiVector3D& n = mesh.mNormals[v];
+            p.Normals.insert(p.Normals.end(), {n.x, n.y, n.z});
+        }
+        if (mesh.mTextureCoords[0] != nullptr) {
+            const aiVector3D& t = mesh.mTextureCoords[0][v];
+            p.Uvs.insert(p.Uvs.end(), {t.x, t.y});
+        }
+    }
+    for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
+        const aiFace& face = mesh.mFaces[f];
+        if (face.mNumIndices < 3) continue;
+        bool valid = true;
+        for (unsigned i = 0; i < face.mNumIndices; ++i)
+            valid = valid && face.mIndices[i] < mesh.mNumVertices;
+        if (!valid) continue;
+        p.Indices.insert(p.Indices.end(), face.mIndices, face.mIndices + face.mNumIndices);
+        p.FaceSizes.push_back(face.mNumIndices);
+    }
+    return p;
+}
+
+Transform LocalOf(const aiNode& n) {
+    const aiMatrix4x4& m = n.mTransformation;  // rows
+    const ai_real rows[4][4] = {{m.a1, m.a2, m.a3, m.a4},
+                                {m.b1, m.b2, m.b3, m.b4},
+                                {m.c1, m.c2, m.c3, m.c4},
+                                {m.d1, m.d2, m.d3, m.d4}};
+    Transform t{};
+    for (std::size_t c = 0; c < 4; ++c) {
+        for (std::size_t r = 0; r < 4; ++r)
+            t[4 * c + r] = rows[r][c];
+    }
+    return t;
+}
+
+// `above`: the transform of a container node left out, applied to its children.
+void AddNode(const aiNode& n, int parent, const Transform& above, ImportScene& scene,
+             std::vector<int>& meshOf) {
+    SceneNode node;
+    node.Name = n.mName.C_Str();
+    node.Parent = parent;
+    node.Local = Multiply(above, LocalOf(n));
+    for (unsigned i = 0; i < n.mNumMeshes; ++i) {
+        const int mesh = meshOf[n.mMeshes[i]];
+        if (mesh >= 0) node.Meshes.push_back(mesh);
+    }
+    scene.Nodes.push_back(std::move(node));
+    const int self = static_cast<int>(scene.Nodes.size()) - 1;
+    for (unsigned c = 0; c < n.mNumChildren; ++c)
+        AddNode(*n.mChildren[c], self, kIdentity, scene, meshOf);
+}
+
+}  // namespace
+
+bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& error) {
+    Assimp::Importer importer;
+    // Lines and points are of no use to a model; UVs as glTF has them (origin top left).
+    importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
+                                aiPrimitiveType_LINE | aiPrimitiveType_POINT);
+    const aiScene* s = importer.ReadFile(
+        path, aiProcess_SortByPType | aiProcess_FlipUVs | aiProcess_ValidateDataStructure);
+    if (s == nullptr || s->mRootNode == nullptr) {
+        error = importer.GetErrorString();
+        if (error.empty()) error = "The file could not be read.";
+        return false;
+    }
+    for (unsigned i = 0; i < s->mNumMaterials; ++i)
+        scene.Materials.push_back(MaterialOf(*s->mMaterials[i]));
+    std::vector<int> meshOf(s->mNumMeshes, -1);
+    for (unsigned i = 0; i < s->mNumMeshes; ++i) {
+        ScenePrimitive p = PrimitiveOf(*s->mMeshes[i]);
+        if (p.Material >= static_cast<int>(scene.Materials.size())) p.Material = -1;
+        if (p.FaceSizes.empty()) continue;
+        scene.Meshes.push_back({{std::move(p)}});
+        meshOf[i] = static_cast<int>(scene.Meshes.size()) - 1;
+    }
+    // The reader's own root holds the file's objects; without meshes of its own it is not
+    // one of them.
+    const aiNode& root = *s->mRootNode;
+    if (root.mNumMeshes == 0) {
+        for (unsigned c = 0; c < root.mNumChildren; ++c)
+            AddNode(*root.mChildren[c], -1, LocalOf(root), scene, meshOf);
+    } else {
+        AddNode(root, -1, kIdentity, scene, meshOf);
+    }
+    return true;
+}
+
+}  // namespace mw

@@ -1,0 +1,83 @@
+// What the glTF writer and the model importer share: the mirror between the game's
+// left-handed space and glTF's right-handed one, the orientation of point nodes, exact
+// numbers and byte blocks inside JSON extras, and the fingerprint that tells an untouched
+// exported mesh from an edited one.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "math/vector.h"
+#include "model/model_data.h"
+
+namespace mw::gltf {
+
+// The key of the extras that carry what glTF has no place for.
+inline constexpr const char* kExtrasKey = "descent3";
+// Frames per second of key frames in glTF animations.
+inline constexpr double kFramesPerSecond = 30.0;
+
+// x becomes -x: positions, offsets, normals and directions both ways.
+inline Vector3 Mirror(Vector3 v) {
+    return {-v.X, v.Y, v.Z};
+}
+
+using Quaternion = std::array<double, 4>;  // x, y, z, w as glTF stores them
+
+// The rotation of a 3x3 matrix given by its columns.
+Quaternion QuaternionFromColumns(const std::array<Vector3, 3>& columns);
+// The rotation as columns of a 3x3 matrix.
+std::array<Vector3, 3> ColumnsFromQuaternion(const Quaternion& q);
+// The orientation a rotation key reaches, in glTF space.
+Quaternion QuaternionFromKeyMatrix(const Matrix4& m);
+
+// The orientation of a point node in glTF space: its local +Y along `direction`, and, when
+// given, its local -Z along `up` (made perpendicular to the direction). Both in glTF space.
+Quaternion PointOrientation(Vector3 direction, std::optional<Vector3> up);
+
+// The orientation of the node of point `index` of list `type` (gun, attach or ground).
+Quaternion PointRotation(const ModelData& model, PointType type, int index);
+
+// The name of a point node ("Gun_3", "Attach_0", "Ground_1"); empty for attach normals,
+// which live in their attach point's node.
+std::string PointNodeName(PointType type, int index);
+// The point list and index a node name stands for: "Gun_0", "gun_0.001", "ATTACH_2".
+struct PointName {
+    PointType Type;
+    int Index;
+};
+std::optional<PointName> ParsePointNodeName(std::string_view name);
+
+// Floats inside JSON, bit-exact: a finite value as a number, any other as "0x" and its bits.
+nlohmann::json FloatJson(float f);
+float FloatFrom(const nlohmann::json& j);
+nlohmann::json VectorJson(Vector3 v);
+Vector3 VectorFrom(const nlohmann::json& j);
+
+// Byte blocks inside JSON as base64 text.
+std::string EncodeBlock(std::span<const std::uint8_t> bytes);
+std::optional<std::vector<std::uint8_t>> DecodeBlock(std::string_view text);
+
+// FNV-1a over a mesh's vertex data as written, so that an untouched mesh can be told from
+// one an editor has changed.
+class Fingerprint {
+  public:
+    void Add(std::span<const std::uint8_t> bytes);
+    template <typename T>
+    void AddValues(std::span<const T> values) {
+        Add({reinterpret_cast<const std::uint8_t*>(values.data()), values.size_bytes()});
+    }
+    std::string Text() const;
+
+  private:
+    std::uint64_t hash_ = 14695981039346656037ull;
+};
+
+}  // namespace mw::gltf

@@ -1,0 +1,560 @@
+#include "convert/gltf_export.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <map>
+
+#include <QBuffer>
+#include <QImage>
+
+#include "convert/gltf_common.h"
+#include "model/file_io.h"
+#include "model/oof_reader.h"
+#include "model/oof_writer.h"
+#include "model/text_codec.h"
+
+namespace mw {
+namespace {
+
+using nlohmann::json;
+using namespace gltf;
+
+static_assert(std::endian::native == std::endian::little, "buffers are written as stored");
+static_assert(sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
+
+constexpr int kFloat = 5126, kUnsignedInt = 5125;
+constexpr int kArrayBuffer = 34962, kElementArrayBuffer = 34963;
+
+// The binary buffer and the JSON objects that describe parts of it.
+class BufferBuilder {
+  public:
+    explicit BufferBuilder(json& doc) : doc_(doc) {}
+
+    int View(std::span<const std::uint8_t> bytes, std::optional<int> target) {
+        while (bin_.size() % 4 != 0)
+            bin_.push_back(0);
+        json view{{"buffer", 0}, {"byteOffset", bin_.size()}, {"byteLength", bytes.size()}};
+        if (target) view["target"] = *target;
+        bin_.insert(bin_.end(), bytes.begin(), bytes.end());
+        doc_["bufferViews"].push_back(std::move(view));
+        return static_cast<int>(doc_["bufferViews"].size()) - 1;
+    }
+
+    template <typename T>
+    int Accessor(const std::vector<T>& values, int componentType, const char* type, int count,
+                 std::optional<int> target, bool minMax) {
+        const auto bytes = std::as_bytes(std::span(values));
+        const int view =
+            View({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, target);
+        json a{{"bufferView", view},
+               {"componentType", componentType},
+               {"count", count},
+               {"type", type}};
+        if (minMax) {
+            const std::size_t n = values.size() / static_cast<std::size_t>(count);
+            json lo = json::array(), hi = json::array();
+            for (std::size_t c = 0; c < n; ++c) {
+                auto least = values[c], most = values[c];
+                for (std::size_t i = c; i < values.size(); i += n) {
+                    least = std::min(least, values[i]);
+                    most = std::max(most, values[i]);
+                }
+                lo.push_back(least);
+                hi.push_back(most);
+            }
+            a["min"] = lo;
+            a["max"] = hi;
+        }
+        doc_["accessors"].push_back(std::move(a));
+        return static_cast<int>(doc_["accessors"].size()) - 1;
+    }
+
+    std::vector<std::uint8_t>& bin() { return bin_; }
+
+  private:
+    json& doc_;
+    std::vector<std::uint8_t> bin_;
+};
+
+template <typename T>
+std::string Block(const std::vector<T>& values) {
+    const auto bytes = std::as_bytes(std::span(values));
+    return EncodeBlock({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+}
+
+// A face as the extras keep it; 40 bytes.
+struct FaceRecord {
+    Vector3 Normal;
+    std::int32_t VertexCount, Textured, TextureIndex;
+    std::array<std::uint8_t, 4> Color;
+    std::uint32_t KeptA, KeptB;
+    std::int32_t Primitive;
+};
+static_assert(sizeof(FaceRecord) == 40);
+
+Vector3 UnitOr(Vector3 v, Vector3 fallback) {
+    const float length = Length(v);
+    if (!(length > 1e-20f) || !std::isfinite(length)) return fallback;
+    return {v.X / length, v.Y / length, v.Z / length};
+}
+
+json QuaternionJson(const Quaternion& q) {
+    return json::array({q[0], q[1], q[2], q[3]});
+}
+
+std::vector<std::uint8_t> EncodePng(const RgbaImage& image) {
+    const QImage picture(reinterpret_cast<const uchar*>(image.Pixels.data()), image.Width,
+                         image.Height, image.Width * 4, QImage::Format_RGBA8888);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    return {bytes.begin(), bytes.end()};
+}
+
+bool HasTranslucency(const RgbaImage& image) {
+    return std::any_of(image.Pixels.begin(), image.Pixels.end(),
+                       [](std::uint32_t p) { return (p >> 24) != 255; });
+}
+
+// A file name for a picture beside a .gltf: the texture's name, plain characters only.
+std::string PictureFileName(const std::string& texture, int index) {
+    std::string name;
+    for (const char c : Utf8From1252(texture)) {
+        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                           (c >= '0' && c <= '9') || c == '_' || c == '-';
+        name += plain ? c : '_';
+    }
+    if (name.empty()) name = "texture" + std::to_string(index);
+    return name + ".png";
+}
+
+struct Output {
+    json doc;
+    std::vector<std::uint8_t> bin;
+    std::vector<std::pair<std::string, std::vector<std::uint8_t>>> pictures;  // beside a .gltf
+};
+
+class Exporter {
+  public:
+    Exporter(const ModelData& model, const TexturePictures& pictures, bool embedPictures)
+        : m_(model), pictures_(pictures), embed_(embedPictures), buffers_(out_.doc) {}
+
+    Output Run() {
+        json& doc = out_.doc;
+        doc["asset"] = {{"version", "2.0"}, {"generator", "Meshwright"}};
+        for (const char* list : {"nodes", "meshes", "materials", "accessors", "bufferViews"})
+            doc[list] = json::array();
+        Materials();
+        const int n = static_cast<int>(m_.SubObjects.size());
+        for (int s = 0; s < n; ++s)
+            doc["nodes"].push_back(SubObjectNode(s));
+        Hierarchy();
+        Points();
+        Animation();
+        doc["scenes"] = json::array({{{"name", "Model"}, {"nodes", roots_}}});
+        doc["scenes"][0]["extras"][kExtrasKey] = ModelExtras();
+        doc["scene"] = 0;
+        for (const char* list : {"meshes", "materials"}) {
+            if (doc[list].empty()) doc.erase(list);
+        }
+        out_.bin = std::move(buffers_.bin());
+        return std::move(out_);
+    }
+
+  private:
+    void Materials() {
+        json& doc = out_.doc;
+        for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
+            const std::string& name = m_.Textures[t].Name;
+            json material{{"name", Utf8From1252(name)}};
+            material["extras"]["d3_texture"] = Utf8From1252(name);
+            json pbr{{"metallicFactor", 0.0}, {"roughnessFactor", 1.0}};
+            if (t < pictures_.size() && pictures_[t] && pictures_[t]->Width > 0) {
+                pbr["baseColorTexture"] = {{"index", Picture(static_cast<int>(t))}};
+                if (HasTranslucency(*pictures_[t])) material["alphaMode"] = "BLEND";
+            }
+            material["pbrMetallicRoughness"] = std::move(pbr);
+            doc["materials"].push_back(std::move(material));
+        }
+    }
+
+    // A texture (and its image and sampler) for model texture t; returns its index.
+    int Picture(int t) {
+        json& doc = out_.doc;
+        if (!doc.contains("samplers")) {
+            doc["samplers"] = json::array({{{"magFilter", 9729}, {"minFilter", 9987}}});
+            doc["images"] = json::array();
+            doc["textures"] = json::array();
+        }
+        const RgbaImage& image = *pictures_[static_cast<std::size_t>(t)];
+        std::vector<std::uint8_t> png = EncodePng(image);
+        json entry{{"name", Utf8From1252(m_.Textures[static_cast<std::size_t>(t)].Name)}};
+        if (embed_) {
+            entry["bufferView"] = buffers_.View(png, std::nullopt);
+            entry["mimeType"] = "image/png";
+        } else {
+            std::string file = PictureFileName(m_.Textures[static_cast<std::size_t>(t)].Name, t);
+            for (const auto& [other, bytes] : out_.pictures) {
+                if (other == file) file = std::to_string(t) + "_" + file;
+            }
+            entry["uri"] = file;
+            out_.pictures.emplace_back(file, std::move(png));
+        }
+        doc["images"].push_back(std::move(entry));
+        doc["textures"].push_back(
+            {{"sampler", 0}, {"source", static_cast<int>(doc["images"].size()) - 1}});
+        return static_cast<int>(doc["textures"].size()) - 1;
+    }
+
+    // The material of an untextured face: one per colour.
+    int ColourMaterial(const std::array<std::uint8_t, 4>& colour) {
+        const std::uint32_t key = std::bit_cast<std::uint32_t>(colour);
+        if (const auto found = colours_.find(key); found != colours_.end()) return found->second;
+        char name[24];
+        std::snprintf(name, sizeof name, "colour_%02x%02x%02x", colour[0], colour[1], colour[2]);
+        json factor = json::array();
+        for (int c = 0; c < 3; ++c)
+            factor.push_back(colour[static_cast<std::size_t>(c)] / 255.0);
+        factor.push_back(1.0);
+        json& materials = out_.doc["materials"];
+        materials.push_back(
+            {{"name", name},
+             {"pbrMetallicRoughness",
+              {{"baseColorFactor", factor}, {"metallicFactor", 0.0}, {"roughnessFactor", 1.0}}}});
+        const int index = static_cast<int>(materials.size()) - 1;
+        colours_.emplace(key, index);
+        return index;
+    }
+
+    int MaterialOf(const Face& face) {
+        const int textures = static_cast<int>(m_.Textures.size());
+        if (face.TextureIndex >= 0 && face.TextureIndex < textures) return face.TextureIndex;
+        return ColourMaterial(face.Color);
+    }
+
+    json SubObjectNode(int s) {
+        const SubObject& sub = m_.Sub(s);
+        json node{{"name", Utf8From1252(sub.Name)}};
+        if (sub.Offset != Vector3{}) node["translation"] = VectorJson(Mirror(sub.Offset));
+        node["extras"]["pof_properties"] = Utf8From1252(sub.Properties);
+        json extras = SubObjectExtras(sub);
+        if (const auto mesh = Mesh(sub, extras)) node["mesh"] = *mesh;
+        node["extras"][kExtrasKey] = std::move(extras);
+        return node;
+    }
+
+    json SubObjectExtras(const SubObject& sub) {
+        json e{{"record", &sub - m_.SubObjects.data()},
+               {"index", sub.Index},
+               {"parent", sub.Parent},
+               {"kept_vector_a", VectorJson(sub.KeptVectorA)},
+               {"kept_float", FloatJson(sub.KeptFloat)},
+               {"kept_vector_b", VectorJson(sub.KeptVectorB)},
+               {"offset", VectorJson(sub.Offset)},
+               {"radius", FloatJson(sub.Radius)},
+               {"kept_int_a", sub.KeptIntA},
+               {"kept_int_b", sub.KeptIntB},
+               {"center", VectorJson(sub.Center)},
+               {"kept_int_c", sub.KeptIntC},
+               {"kept_int_d", sub.KeptIntD}};
+        json pos = json::array(), rot = json::array();
+        for (const PosKey& k : sub.Pos.Keys)
+            pos.push_back(json::array({k.Frame, VectorJson(k.Position)}));
+        for (const RotKey& k : sub.Rot.Keys)
+            rot.push_back(json::array({k.Frame, VectorJson(k.Axis), k.Angle}));
+        e["position_keys"] = {
+            {"first", sub.Pos.FirstFrame}, {"last", sub.Pos.LastFrame}, {"keys", pos}};
+        e["rotation_keys"] = {
+            {"first", sub.Rot.FirstFrame}, {"last", sub.Rot.LastFrame}, {"keys", rot}};
+        std::vector<FaceRecord> faces;
+        faces.reserve(sub.Faces.size());
+        for (const Face& f : sub.Faces) {
+            faces.push_back({f.Normal, f.VertexCount, f.Textured, f.TextureIndex, f.Color,
+                             f.FaceKeptA, f.FaceKeptB, f.Primitive});
+        }
+        e["vertices"] = Block(sub.Vertices);
+        e["faces"] = Block(faces);
+        e["corners"] = Block(sub.Corners);
+        return e;
+    }
+
+    // The faces as one primitive per material, each corner its own glTF vertex.
+    std::optional<int> Mesh(const SubObject& sub, json& extras) {
+        struct Stream {
+            std::vector<float> positions, normals, uvs;
+            std::vector<std::uint32_t> indices;
+        };
+        std::map<int, Stream> streams;  // by material, in material order
+        std::size_t corner = 0;
+        for (const Face& face : sub.Faces) {
+            const std::size_t first = corner;
+            const auto count = static_cast<std::size_t>(std::max(face.VertexCount, 0));
+            corner += count;
+            if (count < 3 || corner > sub.Corners.size()) continue;
+            Stream& st = streams[MaterialOf(face)];
+            const auto base = static_cast<std::uint32_t>(st.positions.size() / 3);
+            const Vector3 faceNormal = UnitOr(Mirror(face.Normal), {0.0f, 1.0f, 0.0f});
+            for (std::size_t c = first; c < first + count; ++c) {
+                const FaceVertex& fv = sub.Corners[c];
+                const Vertex& v = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
+                const Vector3 p = Mirror(v.Position);
+                const Vector3 n = UnitOr(Mirror(v.Normal), faceNormal);
+                st.positions.insert(st.positions.end(), {p.X, p.Y, p.Z});
+                st.normals.insert(st.normals.end(), {n.X, n.Y, n.Z});
+                st.uvs.insert(st.uvs.end(), {fv.U, fv.V});
+            }
+            // Mirrored, a face turns the other way round: the corners go in reverse.
+            for (std::uint32_t i = 1; i + 1 < count; ++i)
+                st.indices.insert(st.indices.end(), {base, base + i + 1, base + i});
+        }
+        if (streams.empty()) return std::nullopt;
+        json primitives = json::array();
+        Fingerprint print;
+        for (auto& [material, st] : streams) {
+            const int vertices = static_cast<int>(st.positions.size() / 3);
+            json attributes{
+                {"POSITION",
+                 buffers_.Accessor(st.positions, kFloat, "VEC3", vertices, kArrayBuffer, true)},
+                {"NORMAL",
+                 buffers_.Accessor(st.normals, kFloat, "VEC3", vertices, kArrayBuffer, false)},
+                {"TEXCOORD_0",
+                 buffers_.Accessor(st.uvs, kFloat, "VEC2", vertices, kArrayBuffer, false)}};
+            const int indices =
+                buffers_.Accessor(st.indices, kUnsignedInt, "SCALAR",
+                                  static_cast<int>(st.indices.size()), kElementArrayBuffer, false);
+            primitives.push_back(
+                {{"attributes", attributes}, {"indices", indices}, {"material", material}});
+            AddToFingerprint(print, st.positions, st.uvs, st.indices);
+        }
+        extras["mesh_fingerprint"] = print.Text();
+        json& meshes = out_.doc["meshes"];
+        meshes.push_back({{"name", Utf8From1252(sub.Name)}, {"primitives", primitives}});
+        return static_cast<int>(meshes.size()) - 1;
+    }
+
+    static void AddToFingerprint(Fingerprint& print, const std::vector<float>& positions,
+                                 const std::vector<float>& uvs,
+                                 const std::vector<std::uint32_t>& indices) {
+        print.AddValues(std::span(positions));
+        print.AddValues(std::span(uvs));
+        print.AddValues(std::span(indices));
+    }
+
+    // Children under their parents where the parents form a tree; the rest at the top.
+    void Hierarchy() {
+        const int n = static_cast<int>(m_.SubObjects.size());
+        json& nodes = out_.doc["nodes"];
+        for (int s = 0; s < n; ++s) {
+            if (ReachesRoot(s)) {
+                const int parent = m_.Sub(s).Parent;
+                if (parent == -1) {
+                    roots_.push_back(s);
+                } else {
+                    nodes[static_cast<std::size_t>(parent)]["children"].push_back(s);
+                }
+            } else {
+                roots_.push_back(s);
+            }
+        }
+    }
+
+    bool ReachesRoot(int s) const {
+        const int n = static_cast<int>(m_.SubObjects.size());
+        for (int steps = 0; steps <= n; ++steps) {
+            const int parent = m_.Sub(s).Parent;
+            if (parent == -1) return true;
+            if (!m_.IsRecord(parent) || parent == s) return false;
+            s = parent;
+        }
+        return false;
+    }
+
+    void Points() {
+        json& nodes = out_.doc["nodes"];
+        for (const PointType type : {PointType::GPNT, PointType::ATCH, PointType::GRND}) {
+            const auto& list = m_.Points(type);
+            for (std::size_t i = 0; i < list.size(); ++i) {
+                const ModelPoint& p = list[i];
+                json node{{"name", PointNodeName(type, static_cast<int>(i))}};
+                node["translation"] = VectorJson(Mirror(p.Position));
+                node["rotation"] = QuaternionJson(PointRotation(m_, type, static_cast<int>(i)));
+                nodes.push_back(std::move(node));
+                const int index = static_cast<int>(nodes.size()) - 1;
+                if (m_.IsRecord(p.Parent)) {
+                    nodes[static_cast<std::size_t>(p.Parent)]["children"].push_back(index);
+                } else {
+                    roots_.push_back(index);
+                }
+            }
+        }
+    }
+
+    void Animation() {
+        json channels = json::array(), samplers = json::array();
+        const auto sampler = [&](const std::vector<float>& times, const std::vector<float>& values,
+                                 const char* type, int node, const char* path) {
+            const int count = static_cast<int>(times.size());
+            const int input = buffers_.Accessor(times, kFloat, "SCALAR", count, std::nullopt, true);
+            const int output = buffers_.Accessor(values, kFloat, type, count, std::nullopt, false);
+            samplers.push_back({{"input", input}, {"output", output}, {"interpolation", "LINEAR"}});
+            channels.push_back({{"sampler", static_cast<int>(samplers.size()) - 1},
+                                {"target", {{"node", node}, {"path", path}}}});
+        };
+        for (int s = 0; s < static_cast<int>(m_.SubObjects.size()); ++s) {
+            const SubObject& sub = m_.Sub(s);
+            std::vector<float> times, values;
+            if (m_.HasPANI) {
+                for (const PosKey& k : AnimatedKeys(sub.Pos.Keys)) {
+                    times.push_back(static_cast<float>(k.Frame / kFramesPerSecond));
+                    const Vector3 p = Mirror(Add(sub.Offset, k.Position));
+                    values.insert(values.end(), {p.X, p.Y, p.Z});
+                }
+                if (!times.empty()) sampler(times, values, "VEC3", s, "translation");
+            }
+            times.clear();
+            values.clear();
+            if (m_.HasRANI && (sub.PropertyFlags & kPropFov) == 0) {
+                for (const RotKey& k : AnimatedKeys(sub.Rot.Keys)) {
+                    times.push_back(static_cast<float>(k.Frame / kFramesPerSecond));
+                    const Quaternion q = QuaternionFromKeyMatrix(k.Matrix);
+                    for (const double e : q)
+                        values.push_back(static_cast<float>(e));
+                }
+                if (!times.empty()) sampler(times, values, "VEC4", s, "rotation");
+            }
+        }
+        if (channels.empty()) return;
+        out_.doc["animations"] =
+            json::array({{{"name", "Key frames"}, {"channels", channels}, {"samplers", samplers}}});
+    }
+
+    // glTF wants times that increase, from 0: keys at negative or repeated frames stay in
+    // the extras only.
+    template <typename Key>
+    static std::vector<Key> AnimatedKeys(const std::vector<Key>& keys) {
+        std::vector<Key> kept;
+        for (const Key& k : keys) {
+            if (k.Frame >= 0 && (kept.empty() || k.Frame > kept.back().Frame)) kept.push_back(k);
+        }
+        return kept;
+    }
+
+    json ModelExtras() const {
+        json e{{"version", m_.Version},
+               {"radius", FloatJson(m_.Header.Radius)},
+               {"min", VectorJson(m_.Header.Min)},
+               {"max", VectorJson(m_.Header.Max)},
+               {"header_list", m_.HeaderList},
+               {"pinf", Utf8From1252(m_.PinfText)},
+               {"frame_min", m_.FrameMin},
+               {"frame_max", m_.FrameMax},
+               {"has_pani", m_.HasPANI},
+               {"has_rani", m_.HasRANI},
+               {"sub_objects", m_.SubObjects.size()}};
+        json textures = json::array();
+        for (const Texture& t : m_.Textures)
+            textures.push_back(
+                {{"name", Utf8From1252(t.Name)}, {"game_name", Utf8From1252(t.GameName)}});
+        e["textures"] = textures;
+        json points = json::object();
+        for (const PointType type : kPointTypes) {
+            json list = json::array();
+            for (const ModelPoint& p : m_.Points(type))
+                list.push_back(
+                    json::array({p.Parent, VectorJson(p.Position), VectorJson(p.Normal)}));
+            points[PointTag(type)] = list;
+        }
+        e["points"] = points;
+        if (m_.Special) {
+            e["special"] = {{"name", Utf8From1252(m_.Special->Name)},
+                            {"properties", Utf8From1252(m_.Special->Properties)},
+                            {"position", VectorJson(m_.Special->Position)},
+                            {"radius", FloatJson(m_.Special->Radius)}};
+        }
+        json batteries = json::array();
+        for (const WeaponBattery& b : m_.Batteries)
+            batteries.push_back({{"guns", b.GunPoints}, {"turrets", b.Turrets}});
+        e["batteries"] = batteries;
+        return e;
+    }
+
+    const ModelData& m_;
+    const TexturePictures& pictures_;
+    bool embed_;
+    Output out_;
+    BufferBuilder buffers_;
+    json roots_ = json::array();
+    std::map<std::uint32_t, int> colours_;
+};
+
+// A model whose save slots are not one record each (merged or removed sub-objects) is
+// exported as it would be saved.
+std::optional<ModelData> AsSaved(const ModelData& model) {
+    bool plain = model.MergeTable.size() == model.SubObjects.size();
+    for (std::size_t c = 0; plain && c < model.MergeTable.size(); ++c)
+        plain = model.MergeTable[c].size() == 1;
+    if (plain) return std::nullopt;
+    ModelData copy = model;
+    ModelData saved;
+    if (readOOF(saved, WriteOOF(copy)) != ResultCode::Success) return std::nullopt;
+    return saved;
+}
+
+Output Export(const ModelData& model, const TexturePictures& pictures, bool embed) {
+    if (const auto saved = AsSaved(model)) return Exporter(*saved, pictures, embed).Run();
+    return Exporter(model, pictures, embed).Run();
+}
+
+void Append32(std::vector<std::uint8_t>& out, std::uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> ExportGLB(const ModelData& model, const TexturePictures& pictures) {
+    Output o = Export(model, pictures, true);
+    o.doc["buffers"] = json::array({{{"byteLength", o.bin.size()}}});
+    std::string text = o.doc.dump();
+    while (text.size() % 4 != 0)
+        text += ' ';
+    while (o.bin.size() % 4 != 0)
+        o.bin.push_back(0);
+    std::vector<std::uint8_t> out;
+    out.reserve(28 + text.size() + o.bin.size());
+    Append32(out, 0x46546C67);  // "glTF"
+    Append32(out, 2);
+    Append32(out, static_cast<std::uint32_t>(28 + text.size() + o.bin.size()));
+    Append32(out, static_cast<std::uint32_t>(text.size()));
+    Append32(out, 0x4E4F534A);  // "JSON"
+    out.insert(out.end(), text.begin(), text.end());
+    Append32(out, static_cast<std::uint32_t>(o.bin.size()));
+    Append32(out, 0x004E4942);  // "BIN"
+    out.insert(out.end(), o.bin.begin(), o.bin.end());
+    return out;
+}
+
+std::string ExportGLTF(const ModelData& model, const TexturePictures& pictures,
+                       const std::filesystem::path& out) {
+    const std::string ext = LowerCase1252(out.extension().string());
+    if (ext == ".glb") return WriteFileReplacing(out, ExportGLB(model, pictures));
+    if (ext != ".gltf") return "The file name must end in .glb or .gltf: " + out.string();
+    Output o = Export(model, pictures, false);
+    const std::filesystem::path folder = out.parent_path();
+    const std::string binName = out.stem().string() + ".bin";
+    o.doc["buffers"] = json::array({{{"byteLength", o.bin.size()}, {"uri", binName}}});
+    if (std::string error = WriteFileReplacing(folder / binName, o.bin); !error.empty())
+        return error;
+    for (const auto& [name, bytes] : o.pictures) {
+        if (std::string error = WriteFileReplacing(folder / name, bytes); !error.empty())
+            return error;
+    }
+    const std::string text = o.doc.dump(1, '\t');
+    return WriteFileReplacing(out,
+                              {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+}
+
+}  // namespace mw

@@ -1,0 +1,64 @@
+// A 3-D file as the model importer sees it, whichever library read it: nodes with their
+// transforms, meshes of polygons, materials, and the extras of the glTF ones. Everything is
+// in the file's right-handed space, Y up.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "convert/gltf_common.h"
+
+namespace mw {
+
+struct ScenePrimitive {
+    int Material = -1;
+    std::vector<float> Positions;          // x, y, z per vertex
+    std::vector<float> Normals;            // empty when the file has none
+    std::vector<float> Uvs;                // u, v per vertex; empty when the file has none
+    std::vector<std::uint32_t> Indices;    // the polygons' corners, one after another
+    std::vector<std::uint32_t> FaceSizes;  // corners per polygon; empty: all triangles
+
+    std::size_t VertexCount() const { return Positions.size() / 3; }
+};
+
+struct SceneMesh {
+    std::vector<ScenePrimitive> Primitives;
+};
+
+struct SceneMaterial {
+    std::string Name;
+    std::string Texture;  // the texture it names ("d3_texture", else its picture's name)
+    std::array<float, 4> Colour{1.0f, 1.0f, 1.0f, 1.0f};
+    bool Default = false;  // made up by the reader for faces without a material
+};
+
+struct SceneNode {
+    std::string Name;
+    int Parent = -1;
+    std::vector<int> Meshes;
+    std::array<double, 16> Local{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};  // columns
+    // The transform as the file gives it, when it gives translation and rotation.
+    std::optional<Vector3> Translation;
+    std::optional<gltf::Quaternion> Rotation;
+    nlohmann::json Extras;  // null when none
+};
+
+struct ImportScene {
+    std::vector<SceneNode> Nodes;  // parents before children
+    std::vector<SceneMesh> Meshes;
+    std::vector<SceneMaterial> Materials;
+    nlohmann::json Extras;  // the scene's; null when none
+};
+
+// Reads a .gltf or .glb file; false with `error` set when the file cannot be read.
+bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& error);
+
+// Reads any other format the Open Asset Import Library knows.
+bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& error);
+
+}  // namespace mw

@@ -1,0 +1,35 @@
+// Makes a model from a 3-D file: glTF through tinygltf, the other formats through the Open
+// Asset Import Library. A file our own glTF export wrote comes back exactly through its
+// "descent3" extras, except for what an editor changed in it since.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "convert/import_scene.h"
+#include "model/model_data.h"
+
+namespace mw {
+
+struct ImportOptions {
+    float Scale = 1.0f;  // applied to every position
+};
+
+enum class ImportStatus { Done, Unreadable, NoMesh, BadScale };
+
+struct ImportResult {
+    ImportStatus Status = ImportStatus::Done;
+    std::string Error;   // the reader's message when the file could not be read
+    ModelData Model;     // as after a load
+    bool Exact = false;  // rebuilt from our own extras
+};
+
+ImportResult ImportModel(const std::filesystem::path& path, const ImportOptions& options = {});
+
+// The model of a scene already read.
+ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& options = {});
+
+// True when the importer reads files of this name as glTF.
+bool IsGltfName(const std::filesystem::path& path);
+
+}  // namespace mw

@@ -1,0 +1,200 @@
+// Importing files made by other programs: glTF, OBJ and PLY written here as text.
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <cmath>
+#include <fstream>
+
+#include "convert/model_import.h"
+#include "support/cli_run.h"
+#include "support/temp_dir.h"
+
+namespace mw {
+namespace {
+
+void WriteText(const std::filesystem::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string DataUri(const std::vector<float>& floats, const std::vector<std::uint16_t>& indices) {
+    QByteArray bytes(reinterpret_cast<const char*>(floats.data()),
+                     static_cast<qsizetype>(4 * floats.size()));
+    bytes.append(reinterpret_cast<const char*>(indices.data()),
+                 static_cast<qsizetype>(2 * indices.size()));
+    return "data:application/octet-stream;base64," + bytes.toBase64().toStdString();
+}
+
+// A square of side 2 in the XY plane facing +Z (two triangles, counter-clockwise), under a
+// node turned 90 degrees about +Y and scaled by 2, with a gun point under it that fires
+// along the node's local +Y, and an empty pivot that holds a second square.
+std::string SceneGltf() {
+    const std::vector<float> positions{-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0};
+    const std::vector<std::uint16_t> indices{0, 1, 2, 0, 2, 3};
+    const double h = std::sqrt(0.5);
+    nlohmann::json doc = {
+        {"asset", {{"version", "2.0"}}},
+        {"scene", 0},
+        {"scenes", {{{"nodes", {0, 2}}}}},
+        {"nodes",
+         {{{"name", "Body"},
+           {"mesh", 0},
+           {"rotation", {0.0, h, 0.0, h}},
+           {"scale", {2.0, 2.0, 2.0}},
+           {"translation", {1.0, 0.0, 0.0}},
+           {"children", {1}},
+           {"extras", {{"pof_properties", "$rotate=5"}}}},
+          {{"name", "gun_0.001"}, {"translation", {0.0, 0.0, 1.0}}},
+          {{"name", "Pivot"}, {"translation", {0.0, 3.0, 0.0}}, {"children", {3}}},
+          {{"name", "Flap"}, {"mesh", 0}, {"translation", {0.0, 1.0, 0.0}}}}},
+        {"meshes",
+         {{{"primitives",
+            {{{"attributes", {{"POSITION", 0}}}, {"indices", 1}, {"material", 0}}}}}}},
+        {"materials", {{{"name", "Some Material"}, {"extras", {{"d3_texture", "Hull_Plates"}}}}}},
+        {"buffers", {{{"byteLength", 60}, {"uri", DataUri(positions, indices)}}}},
+        {"bufferViews",
+         {{{"buffer", 0}, {"byteOffset", 0}, {"byteLength", 48}},
+          {{"buffer", 0}, {"byteOffset", 48}, {"byteLength", 12}}}},
+        {"accessors",
+         {{{"bufferView", 0},
+           {"componentType", 5126},
+           {"count", 4},
+           {"type", "VEC3"},
+           {"min", {-1, -1, 0}},
+           {"max", {1, 1, 0}}},
+          {{"bufferView", 1}, {"componentType", 5123}, {"count", 6}, {"type", "SCALAR"}}}}};
+    return doc.dump();
+}
+
+void ExpectNear(Vector3 a, Vector3 b) {
+    EXPECT_NEAR(a.X, b.X, 1e-5f);
+    EXPECT_NEAR(a.Y, b.Y, 1e-5f);
+    EXPECT_NEAR(a.Z, b.Z, 1e-5f);
+}
+
+TEST(ModelImport, GltfNodesBecomeSubObjectsAndPoints) {
+    const test::TempDir dir("import_gltf");
+    WriteText(dir / "scene.gltf", SceneGltf());
+    const ImportResult r = ImportModel(dir / "scene.gltf");
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    EXPECT_FALSE(r.Exact);
+    const ModelData& m = r.Model;
+    ASSERT_EQ(m.SubObjectCount(), 3);
+    const SubObject& body = m.Sub(0);
+    EXPECT_EQ(body.Name, "Body");
+    EXPECT_EQ(body.Properties, "$rotate=5");
+    EXPECT_EQ(body.Parent, -1);
+    ExpectNear(body.Offset, {-1.0f, 0.0f, 0.0f});  // x negated
+    // Turned about +Y and doubled, the square lies in the YZ plane, 4 wide; shared corners.
+    ASSERT_EQ(body.VertexCount(), 4);
+    for (const Vertex& v : body.Vertices) {
+        EXPECT_NEAR(v.Position.X, 0.0f, 1e-5f);
+        EXPECT_NEAR(std::fabs(v.Position.Y), 2.0f, 1e-5f);
+        EXPECT_NEAR(std::fabs(v.Position.Z), 2.0f, 1e-5f);
+    }
+    // The square faced +Z, turned it faces +X, mirrored -X; normals computed as none given.
+    ASSERT_EQ(body.FaceCount(), 2);
+    ExpectNear(body.Faces[0].Normal, {-1.0f, 0.0f, 0.0f});
+    ExpectNear(body.Vertices[0].Normal, {-1.0f, 0.0f, 0.0f});
+    ASSERT_EQ(m.Textures.size(), 1u);
+    EXPECT_EQ(m.Textures[0].Name, "hull_plates");
+    EXPECT_EQ(body.Faces[0].TextureIndex, 0);
+    // The pivot holds the flap and has no faces of its own.
+    EXPECT_EQ(m.Sub(1).Name, "Pivot");
+    EXPECT_EQ(m.Sub(1).FaceCount(), 0);
+    EXPECT_EQ(m.Sub(2).Parent, 1);
+    ExpectNear(m.Sub(2).Offset, {0.0f, 1.0f, 0.0f});
+    // "gun_0.001" is gun point 0 of the body; (0, 0, 1) under the node is (2, 0, 0) from
+    // its origin, and it fires along the node's local +Y.
+    ASSERT_EQ(m.GunPoints.size(), 1u);
+    EXPECT_EQ(m.GunPoints[0].Parent, 0);
+    ExpectNear(m.GunPoints[0].Position, {-2.0f, 0.0f, 0.0f});
+    ExpectNear(m.GunPoints[0].Normal, {0.0f, 1.0f, 0.0f});
+}
+
+TEST(ModelImport, ObjQuadsStayQuadsWithTheirTextureNames) {
+    const test::TempDir dir("import_obj");
+    WriteText(dir / "box.mtl",
+              "newmtl plates\nKd 1 1 1\nmap_Kd Textures\\Hull_PLATES.png\n"
+              "newmtl red\nKd 1 0 0\n");
+    WriteText(dir / "box.obj",
+              "mtllib box.mtl\no Crate\n"
+              "v -1 -1 -1\nv 1 -1 -1\nv 1 1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
+              "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+              "usemtl plates\nf 5/1 6/2 7/3 8/4\nf 2/1 1/2 4/3 3/4\n"
+              "usemtl red\nf 1 5 8 4\nf 6 2 3 7\nf 8 7 3 4\nf 1 2 6 5\n");
+    const ImportResult r = ImportModel(dir / "box.obj", {.Scale = 2.0f});
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    const ModelData& m = r.Model;
+    ASSERT_EQ(m.SubObjectCount(), 1);
+    const SubObject& box = m.Sub(0);
+    EXPECT_EQ(box.FaceCount(), 6);
+    for (const Face& f : box.Faces)
+        EXPECT_EQ(f.VertexCount, 4);
+    // No normals in the file: vertices shared by place, eight corners of a cube.
+    EXPECT_EQ(box.VertexCount(), 8);
+    ASSERT_EQ(m.Textures.size(), 2u);
+    EXPECT_EQ(m.Textures[0].Name, "hull_plates");
+    EXPECT_EQ(m.Textures[1].Name, "red");
+    // Scaled by 2; the front face (+Z in the file) faces +Z, outward, in the game too.
+    EXPECT_NEAR(m.Header.Max.Z, 2.0f, 1e-5f);
+    ExpectNear(box.Faces[0].Normal, {0.0f, 0.0f, 1.0f});
+    // The texture's top-left corner: OBJ counts v from the bottom, the game from the top.
+    const FaceVertex& first = box.Corners[3];  // the file's first corner, now last
+    EXPECT_FLOAT_EQ(first.U, 0.0f);
+    EXPECT_FLOAT_EQ(first.V, 1.0f);
+}
+
+TEST(ModelImport, PlyPolygons) {
+    const test::TempDir dir("import_ply");
+    WriteText(dir / "wedge.ply",
+              "ply\nformat ascii 1.0\nelement vertex 5\nproperty float x\nproperty float y\n"
+              "property float z\nelement face 2\nproperty list uchar int vertex_indices\n"
+              "end_header\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n0.5 0.5 1\n4 0 1 2 3\n3 0 1 4\n");
+    const ImportResult r = ImportModel(dir / "wedge.ply");
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    ASSERT_EQ(r.Model.SubObjectCount(), 1);
+    const SubObject& s = r.Model.Sub(0);
+    ASSERT_EQ(s.FaceCount(), 2);
+    EXPECT_EQ(s.Faces[0].VertexCount + s.Faces[1].VertexCount, 7);  // a quad and a triangle
+    EXPECT_EQ(s.Faces[0].TextureIndex, -1);                         // no material: a coloured face
+    EXPECT_EQ(s.VertexCount(), 5);
+}
+
+TEST(ModelImport, FilesWithoutMeshesOrUnreadableAreRefusedAndNothingIsWritten) {
+    const test::TempDir dir("import_refused");
+    WriteText(
+        dir / "empty.gltf",
+        R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"name":"Gun_0"}]})");
+    WriteText(dir / "broken.glb", std::string("glTF\x02\0\0\0garbage", 15));
+    WriteText(dir / "broken.obj", "this is not\x01\x02 a model\n");
+    EXPECT_EQ(ImportModel(dir / "empty.gltf").Status, ImportStatus::NoMesh);
+    const ImportResult broken = ImportModel(dir / "broken.glb");
+    EXPECT_EQ(broken.Status, ImportStatus::Unreadable);
+    EXPECT_FALSE(broken.Error.empty());
+    for (const char* file : {"empty.gltf", "broken.glb", "broken.obj", "missing.fbx"}) {
+        const auto run = test::Cli({"import", (dir / file).string(), (dir / "out.oof").string()});
+        EXPECT_EQ(run.status, 65) << file << run.err;
+        EXPECT_NE(run.err.find(file), std::string::npos);
+        EXPECT_FALSE(std::filesystem::exists(dir / "out.oof"));
+    }
+}
+
+TEST(ModelImport, CommandWritesTheModelAndItsFindings) {
+    const test::TempDir dir("import_cli");
+    WriteText(dir / "scene.gltf", SceneGltf());
+    const auto run =
+        test::Cli({"import", (dir / "scene.gltf").string(), (dir / "out.oof").string()});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("3 sub-objects"), std::string::npos) << run.out;
+    EXPECT_TRUE(std::filesystem::exists(dir / "out.oof"));
+    const auto info = test::Cli({"info", (dir / "out.oof").string()});
+    EXPECT_EQ(info.status, 0);
+    EXPECT_EQ(test::Cli({"import", (dir / "scene.gltf").string()}).status, 64);
+    EXPECT_EQ(test::Cli({"import", (dir / "scene.gltf").string(), (dir / "o.oof").string(),
+                         "--scale", "0"})
+                  .status,
+              64);
+}
+
+}  // namespace
+}  // namespace mw
