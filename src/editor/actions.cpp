@@ -124,8 +124,12 @@ void MainActions::BuildFileMenu() {
     file->addSeparator()->setObjectName("mnuFileSep15");
     connect(Add(file, "mnuFileImportP3D", "Import P3D..."), &QAction::triggered, this,
             &MainActions::importP3DRequested);
+    connect(Add(file, "mnuFileImportModel", "Import Model..."), &QAction::triggered, &files_,
+            &FileCommands::ImportModelFile);
     connect(Add(file, "mnuFileExportORF", "Export ORF..."), &QAction::triggered, &files_,
             &FileCommands::ExportORF);
+    connect(Add(file, "mnuFileExportGltf", "Export glTF..."), &QAction::triggered, &files_,
+            &FileCommands::ExportGltf);
     connect(Add(file, "mnuFilePackage", "Package for Game..."), &QAction::triggered, &files_,
             &FileCommands::PackageForGame);
     file->addSeparator()->setObjectName("mnuFileSep2");
@@ -433,8 +437,8 @@ void MainActions::UpdateEditEnabling() {
 void MainActions::UpdateEnabling() {
     const bool ready = doc_.modelReady();
     for (const char* name :
-         {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "mnuFilePackage", "save",
-          "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
+         {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "mnuFileExportGltf",
+          "mnuFilePackage", "save", "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
         action(name)->setEnabled(ready);
     }
     const bool preferences =

@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <cstdlib>
 
+#include "convert/gltf_export.h"
+#include "convert/model_import.h"
 #include "convert/orf_reader.h"
 #include "convert/orf_writer.h"
 #include "convert/package.h"
@@ -269,6 +271,60 @@ bool FileCommands::PackageForGame() {
         report += "\nWarning: " + QString::fromStdString(warning);
     prompts_.Message(window_, report.trimmed(),
                      result.Missing > 0 ? PromptIcon::Exclamation : PromptIcon::Information);
+    return true;
+}
+
+bool FileCommands::ExportGltf() {
+    if (!doc_.hasModel()) return false;
+    const QString path = doc_.ModelPath();
+    const int dot = path.lastIndexOf('.');
+    QString chosen =
+        AskSaveName("Export glTF", kGltfFilter, (dot > 0 ? path.left(dot) : path) + ".glb");
+    if (chosen.isEmpty()) return false;
+    if (!chosen.endsWith(".glb", Qt::CaseInsensitive) &&
+        !chosen.endsWith(".gltf", Qt::CaseInsensitive))
+        chosen += ".glb";
+    TexturePictures pictures(doc_.model().Textures.size());
+    if (textures_ != nullptr) {
+        const auto& resolved = textures_->loaded().Resolved;
+        for (std::size_t t = 0; t < pictures.size() && t < textures_->pictures().size(); ++t) {
+            if (t >= resolved.size() || !resolved[t].Decoded) continue;
+            const TexturePicture& p = textures_->pictures()[t];
+            pictures[t] = RgbaImage{p.Width, p.Height, p.Pixels};
+        }
+    }
+    const std::string error = ExportGLTF(doc_.model(), pictures, chosen.toStdString());
+    if (!error.empty()) {
+        prompts_.Message(window_, QString::fromStdString(error), PromptIcon::Exclamation);
+        return false;
+    }
+    return true;
+}
+
+bool FileCommands::ImportModelFile() {
+    const QString chosen = prompts_.OpenFileName(window_, "Import Model", kImportFilter,
+                                                 QFileInfo(doc_.ModelPath()).path());
+    if (chosen.isEmpty()) return false;
+    return ImportModelFrom(chosen);
+}
+
+bool FileCommands::ImportModelFrom(const QString& path) {
+    if (!MaybeSave()) return false;
+    ImportResult result = ImportModel(path.toStdString());
+    if (result.Status != ImportStatus::Done) {
+        prompts_.Message(
+            window_,
+            "Could not import " + FileTitle(path) + ": " + QString::fromStdString(result.Error),
+            PromptIcon::Exclamation);
+        return false;
+    }
+    doc_.BeginChange();
+    doc_.model() = std::move(result.Model);
+    // Named after the file but without a folder, so that Save asks where the model goes.
+    const QString title = QFileInfo(path).completeBaseName() + ".oof";
+    doc_.SetModelFile(title, title);
+    doc_.ResetModel(true);
+    doc_.MarkUnsaved();
     return true;
 }
 

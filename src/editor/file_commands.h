@@ -24,6 +24,9 @@ inline constexpr const char* kOpenFilter =
     "(*.orf)";
 inline constexpr const char* kOofFilter = "Outrage Object Files (*.oof)";
 inline constexpr const char* kOrfFilter = "Outrage Room Files (*.orf)";
+inline constexpr const char* kGltfFilter = "glTF Binary (*.glb);;glTF (*.gltf)";
+inline constexpr const char* kImportFilter =
+    "3-D Models (*.gltf *.glb *.obj *.fbx *.dae *.3ds *.ply *.stl *.lwo *.blend);;All Files (*)";
 inline constexpr const char* kPackageFilter = "Mission Archives (*.mn3);;HOG Archives (*.hog)";
 
 class FileCommands : public QObject {
@@ -55,6 +58,12 @@ class FileCommands : public QObject {
     // File > Package for Game...: the saved model, its new textures and their table in one
     // archive, then the list of what went in.
     bool PackageForGame();
+    // File > Export glTF...: the model as it is now, with the textures the game data has.
+    bool ExportGltf();
+    // File > Import Model...: a model from glTF, OBJ, FBX ..., opened as a new, unsaved
+    // model named after the file.
+    bool ImportModelFile();
+    bool ImportModelFrom(const QString& path);
 
     // Asks "Save changes to TITLE?" when the document has unsaved changes. False when the
     // user cancelled (or the save failed): whatever was about to happen must not.

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "cli/cli.h"
 #include "convert/orf_writer.h"
 #include "editor/edit_commands.h"
 #include "gamedata/hog.h"
@@ -252,6 +253,41 @@ TEST_F(FileCommandsTest, SavingAModelTheGameRefusesAsksFirst) {
     EXPECT_TRUE(files_.Save());
     EXPECT_EQ(*ReadFileBytes(mine), broken);
     EXPECT_NE(original, broken);
+}
+
+}  // namespace
+}  // namespace mw
+
+namespace mw {
+namespace {
+
+TEST_F(FileCommandsTest, ExportGltfThenImportGivesTheModelBackUnsaved) {
+    ASSERT_TRUE(files_.OpenPath(kShip));
+    const ModelData before = doc_.model();
+    prompts_.fileNames = {Q(dir_ / "ship")};  // no ending given: a .glb
+    ASSERT_TRUE(files_.ExportGltf());
+    EXPECT_EQ(prompts_.titles.value(0), "Export glTF");
+    EXPECT_EQ(prompts_.filters.value(0), kGltfFilter);
+    ASSERT_TRUE(fs::exists(dir_ / "ship.glb"));
+
+    // An edit first: importing asks to save it.
+    doc_.Apply(MakeReparentCommand(doc_, 4, 1));
+    prompts_.answers = {QMessageBox::Cancel};
+    EXPECT_FALSE(files_.ImportModelFrom(Q(dir_ / "ship.glb")));
+    prompts_.answers = {QMessageBox::Discard};
+    ASSERT_TRUE(files_.ImportModelFrom(Q(dir_ / "ship.glb")));
+    EXPECT_TRUE(doc_.modelReady());
+    EXPECT_TRUE(doc_.isModified());
+    EXPECT_EQ(doc_.ModelTitle(), "ship.oof");
+    EXPECT_EQ(ModelJson(doc_.model(), true), ModelJson(before, true));
+
+    // A file that is no model is reported and the open one stays.
+    std::ofstream(dir_ / "junk.glb") << "junk";
+    prompts_.answers = {QMessageBox::Discard};
+    EXPECT_FALSE(files_.ImportModelFrom(Q(dir_ / "junk.glb")));
+    ASSERT_FALSE(prompts_.messages.empty());
+    EXPECT_TRUE(prompts_.messages.back().text.startsWith("Could not import junk.glb: "));
+    EXPECT_EQ(doc_.model().SubObjectCount(), before.SubObjectCount());
 }
 
 }  // namespace
