@@ -1,0 +1,95 @@
+// glTF export against writing the model as OOF, and importing a large .glb against the glTF
+// library alone reading it.
+#include <benchmark/benchmark.h>
+#include <tiny_gltf.h>
+
+#include <filesystem>
+
+#include <nlohmann/json.hpp>
+
+#include "bench_models.h"
+#include "convert/gltf_export.h"
+#include "convert/model_import.h"
+#include "model/file_io.h"
+#include "model/oof_writer.h"
+
+namespace mw {
+namespace {
+
+// 100 parts of 500 faces: the 50,000-face model.
+const ModelData& FiftyThousandFaces() {
+    static const ModelData model = LargeModel(100, 500);
+    return model;
+}
+
+void WriteModelOOF(benchmark::State& state) {
+    ModelData m = FiftyThousandFaces();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(WriteOOF(m).data());
+}
+
+void ExportGlb(benchmark::State& state) {
+    const ModelData& m = FiftyThousandFaces();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ExportGLB(m, {}).data());
+}
+
+// A .glb of 100,000 triangles as another program would write it: our export of a
+// triangle model with the "descent3" extras taken out, so that the import builds everything.
+const std::filesystem::path& LargeGlb() {
+    static const std::filesystem::path path = [] {
+        ModelData m = LargeModel(100, 1000);
+        std::vector<std::uint8_t> glb = ExportGLB(m, {});
+        const std::uint32_t jsonLength = glb[12] | glb[13] << 8 | glb[14] << 16 | glb[15] << 24;
+        auto doc = nlohmann::json::parse(glb.begin() + 20, glb.begin() + 20 + jsonLength);
+        doc["scenes"][0].erase("extras");
+        for (auto& node : doc["nodes"])
+            node.erase("extras");
+        std::string text = doc.dump();
+        while (text.size() % 4 != 0)
+            text += ' ';
+        std::vector<std::uint8_t> out(glb.begin(), glb.begin() + 12);
+        const auto put = [&](std::uint32_t v) {
+            for (int i = 0; i < 4; ++i)
+                out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+        };
+        put(static_cast<std::uint32_t>(text.size()));
+        put(0x4E4F534A);
+        out.insert(out.end(), text.begin(), text.end());
+        out.insert(out.end(), glb.begin() + 20 + jsonLength, glb.end());
+        const std::uint32_t total = static_cast<std::uint32_t>(out.size());
+        for (int i = 0; i < 4; ++i)
+            out[8 + static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(total >> (8 * i));
+        const auto p = std::filesystem::temp_directory_path() / "mw_bench_100k.glb";
+        WriteFileReplacing(p, out);
+        return p;
+    }();
+    return path;
+}
+
+void GltfLibraryAlone(benchmark::State& state) {
+    const std::string path = LargeGlb().string();
+    for (auto _ : state) {
+        tinygltf::TinyGLTF loader;
+        tinygltf::Model model;
+        std::string error, warning;
+        benchmark::DoNotOptimize(loader.LoadBinaryFromFile(&model, &error, &warning, path));
+    }
+}
+
+void ImportGlb(benchmark::State& state) {
+    const auto& path = LargeGlb();
+    for (auto _ : state) {
+        ImportResult r = ImportModel(path);
+        if (r.Status != ImportStatus::Done || r.Exact) state.SkipWithError("import failed");
+        benchmark::DoNotOptimize(r.Model.SubObjects.data());
+    }
+}
+
+BENCHMARK(WriteModelOOF)->Unit(benchmark::kMillisecond);
+BENCHMARK(ExportGlb)->Unit(benchmark::kMillisecond);
+BENCHMARK(GltfLibraryAlone)->Unit(benchmark::kMillisecond);
+BENCHMARK(ImportGlb)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace mw
