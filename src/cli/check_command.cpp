@@ -3,6 +3,7 @@
 #include "cli/cli.h"
 #include "cli/game_data_options.h"
 #include "cli/json_writer.h"
+#include "convert/texture_images.h"
 #include "gamedata/texture_loader.h"
 #include "model/game_check.h"
 
@@ -65,7 +66,8 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
         ReadGameData(settings, game, err);
         NoUploader uploader;
         LoadedTextures loaded;
-        LoadModelTextures(model, file, game, settings, MakeMissingTexture(1), uploader, loaded);
+        LoadModelTextures(model, file, game, settings, MakeMissingTexture(1), uploader, loaded,
+                          DecodePictureFile);
         resolved = FoundInGameData(loaded);
     }
     const std::vector<Finding> findings = CheckModel(model, resolved ? &*resolved : nullptr);

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/cli.h"
+#include "convert/texture_images.h"
 #include "gamedata/install_paths.h"
 #include "gamedata/settings.h"
 
@@ -56,7 +57,8 @@ LoadedTextures PrepareModel(OffscreenView& view, ModelData& model, const std::st
     LoadedTextures loaded;
     view.MakeCurrent();
     if (data != nullptr) {
-        LoadModelTextures(model, path, *data, settings, missing, view.renderer(), loaded);
+        LoadModelTextures(model, path, *data, settings, missing, view.renderer(), loaded,
+                          DecodePictureFile);
         view.Load(model, &loaded, missing);
     } else {
         view.Load(model, nullptr, missing);

@@ -3,6 +3,7 @@
 #include "cli/cli.h"
 #include "cli/game_data_options.h"
 #include "cli/json_writer.h"
+#include "convert/texture_images.h"
 #include "gamedata/texture_loader.h"
 #include "model/text_codec.h"
 
@@ -63,7 +64,8 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
     ReadGameData(settings, game, err);
     CountingUploader uploader;
     LoadedTextures loaded;
-    LoadModelTextures(data, model, game, settings, MakeMissingTexture(1), uploader, loaded);
+    LoadModelTextures(data, model, game, settings, MakeMissingTexture(1), uploader, loaded,
+                      DecodePictureFile);
 
     JsonWriter j;
     j.beginObject().field("object_kind", static_cast<int>(loaded.ObjectKind));

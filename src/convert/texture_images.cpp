@@ -1,6 +1,7 @@
 #include "convert/texture_images.h"
 
 #include <QImage>
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -92,13 +93,31 @@ class PictureKeeper : public TextureUploader {
 
 }  // namespace
 
+std::optional<DecodedImage> DecodePictureFile(const std::string& path) {
+    std::string error;
+    auto picture = ReadTextureImage(path, error);
+    if (!picture || picture->Width > 4096 || picture->Height > 4096) return std::nullopt;
+    if (NearestPowerOfTwo(picture->Width) != picture->Width ||
+        NearestPowerOfTwo(picture->Height) != picture->Height) {
+        picture = ResizeToPowerOfTwo(*picture);
+    }
+    DecodedImage image;
+    image.Width = static_cast<std::int16_t>(picture->Width);
+    image.Height = static_cast<std::int16_t>(picture->Height);
+    image.Pixels = std::move(picture->Pixels);
+    image.HasAlpha = std::any_of(image.Pixels.begin(), image.Pixels.end(),
+                                 [](std::uint32_t p) { return (p >> 24) != 255; });
+    return image;
+}
+
 std::vector<std::optional<RgbaImage>> ResolveTexturePictures(const ModelData& model,
                                                              const std::string& modelPath,
                                                              GameData& data,
                                                              const Settings& settings) {
     PictureKeeper keeper;
     LoadedTextures loaded;
-    LoadModelTextures(model, modelPath, data, settings, MakeMissingTexture(1), keeper, loaded);
+    LoadModelTextures(model, modelPath, data, settings, MakeMissingTexture(1), keeper, loaded,
+                      DecodePictureFile);
     keeper.pictures.resize(model.Textures.size());
     for (std::size_t t = 0; t < keeper.pictures.size(); ++t) {
         // The placeholder of a texture that was not found is no picture of it.

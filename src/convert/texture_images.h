@@ -23,6 +23,10 @@ int NearestPowerOfTwo(int n);
 
 namespace mw {
 
+// A picture file decoded for a texture: scaled to powers of two where it is not, as the
+// renderer needs them. The texture loader's PictureDecoder.
+std::optional<DecodedImage> DecodePictureFile(const std::string& path);
+
 // The decoded picture of each model texture that the game data (or a loose image beside
 // the model) has; nullopt for the others.
 std::vector<std::optional<RgbaImage>> ResolveTexturePictures(const ModelData& model,

@@ -38,9 +38,10 @@ Document::~Document() {
     undo_.disconnect(this);
 }
 
-void Document::SetModelFile(const QString& path, const QString& title) {
+void Document::SetModelFile(const QString& path, const QString& title, bool needsName) {
     modelPath_ = path;
     modelTitle_ = title;
+    needsName_ = needsName;
     emit fileChanged();
 }
 

@@ -83,7 +83,10 @@ class Document : public QObject {
 
     const QString& ModelPath() const { return modelPath_; }
     const QString& ModelTitle() const { return modelTitle_; }
-    void SetModelFile(const QString& path, const QString& title);
+    // `needsName`: a model made from another file, whose path only proposes where it would
+    // be saved; Save asks for the name first.
+    void SetModelFile(const QString& path, const QString& title, bool needsName = false);
+    bool NeedsName() const { return needsName_; }
     // After a save: the current state is the saved one.
     void MarkSaved();
     // A model whose state was never saved (a recovered copy): no state is the saved one.
@@ -171,6 +174,7 @@ class Document : public QObject {
     QUndoStack undo_;
     QString modelPath_;
     QString modelTitle_;
+    bool needsName_ = false;
     int editSession_ = 0;
     bool changed_ = false;
 };

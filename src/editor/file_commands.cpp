@@ -1,5 +1,6 @@
 #include "editor/file_commands.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <cstdlib>
 
@@ -180,7 +181,7 @@ bool FileCommands::ConfirmGameLimits() {
 
 bool FileCommands::Save() {
     if (!doc_.hasModel()) return false;
-    if (!HasSeparator(doc_.ModelPath())) return SaveAs();
+    if (!HasSeparator(doc_.ModelPath()) || doc_.NeedsName()) return SaveAs();
     if (!ConfirmGameLimits()) return false;
     const std::string failure = SaveOOF(doc_.model(), doc_.ModelPath().toStdString());
     if (!failure.empty()) {
@@ -245,7 +246,7 @@ bool FileCommands::ExportORF() {
 bool FileCommands::PackageForGame() {
     if (!doc_.hasModel()) return false;
     const QString path = doc_.ModelPath();
-    const bool savedModel = !doc_.isModified() && HasSeparator(path) &&
+    const bool savedModel = !doc_.isModified() && HasSeparator(path) && !doc_.NeedsName() &&
                             path.endsWith(".oof", Qt::CaseInsensitive) && QFileInfo::exists(path);
     if (!savedModel) {
         const auto answer =
@@ -320,9 +321,10 @@ bool FileCommands::ImportModelFrom(const QString& path) {
     }
     doc_.BeginChange();
     doc_.model() = std::move(result.Model);
-    // Named after the file but without a folder, so that Save asks where the model goes.
-    const QString title = QFileInfo(path).completeBaseName() + ".oof";
-    doc_.SetModelFile(title, title);
+    // Named after the file, in its folder (where its pictures are found); Save asks first.
+    const QFileInfo source(path);
+    const QString title = source.completeBaseName() + ".oof";
+    doc_.SetModelFile(source.dir().filePath(title), title, true);
     doc_.ResetModel(true);
     doc_.MarkUnsaved();
     return true;

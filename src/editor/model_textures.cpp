@@ -4,6 +4,7 @@
 #include <random>
 
 #include "convert/package.h"
+#include "convert/texture_images.h"
 #include "editor/document.h"
 #include "editor/file_text.h"
 #include "editor/prompts.h"
@@ -108,7 +109,8 @@ void ModelTextures::Reload() {
     PictureStore store(pictures_);
     pictures_.clear();
     const std::string path = doc_.ModelPath().toStdString();
-    LoadModelTextures(doc_.model(), path, game_, settings_, missing_, store, loaded_);
+    LoadModelTextures(doc_.model(), path, game_, settings_, missing_, store, loaded_,
+                      DecodePictureFile);
     looseImage_.clear();
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     for (const PackageTexture& p :

@@ -82,9 +82,36 @@ DecodedImage GeneratedGlowImage() {
     return image;
 }
 
+namespace {
+
+// NAME.png or NAME.tga beside the model, else in the loose image folder; its Name is the
+// file's path.
+std::optional<DecodedImage> LoosePicture(const std::string& name, const std::string& modelPath,
+                                         const Settings& settings, const PictureDecoder& decode) {
+    if (name.empty()) return std::nullopt;
+    std::vector<std::string> folders;
+    const std::string modelFolder = std::filesystem::path(modelPath).parent_path().string();
+    folders.push_back(modelFolder.empty() ? std::string() : modelFolder + "/");
+    if (!settings.OGFPath.empty()) folders.push_back(settings.OGFPath);
+    for (const std::string& folder : folders) {
+        for (const char* ext : {".png", ".tga"}) {
+            const auto file = FindFileIgnoringCase(folder + name + ext);
+            if (!file) continue;
+            if (auto picture = decode(file->string())) {
+                picture->Name = file->string();
+                return picture;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
 void LoadModelTextures(const ModelData& model, const std::string& modelPath, GameData& data,
                        const Settings& settings, const std::vector<std::uint32_t>& missing,
-                       TextureUploader& uploader, LoadedTextures& out) {
+                       TextureUploader& uploader, LoadedTextures& out,
+                       const PictureDecoder& pictures) {
     out = LoadedTextures{};
     if (model.Textures.empty()) return;
     ArchiveReader archives(data.Hog);
@@ -128,6 +155,16 @@ void LoadModelTextures(const ModelData& model, const std::string& modelPath, Gam
             resolved.Source = TextureSource::Missing;
         }
 
+        if (!resolved.Decoded && pictures) {
+            if (auto picture =
+                    LoosePicture(out.Names[ti].FileName, modelPath, settings, pictures)) {
+                resolved.Source = TextureSource::Loose;
+                resolved.Path = picture->Name;
+                resolved.Status = OgfStatus::Ok;
+                resolved.Decoded = true;
+                ogf.Image = std::move(*picture);
+            }
+        }
         if (!resolved.Decoded) {
             uploader.UploadModelTexture(t, kMissingTextureSize, kMissingTextureSize,
                                         missing.data());

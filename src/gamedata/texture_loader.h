@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,10 +72,17 @@ std::optional<DecodedImage> DecodeGameTexture(std::string_view name, GameData& d
 // at radius 32, 64 x 64.
 DecodedImage GeneratedGlowImage();
 
+// Decodes a picture file (PNG, Targa ...) for a texture, sized for upload; nullopt when it
+// cannot be read.
+using PictureDecoder = std::function<std::optional<DecodedImage>(const std::string& path)>;
+
 // Resolves, decodes and hands to `uploader` every texture of the model; the model is not
-// changed (what the tables resolve is kept in `out`).
+// changed (what the tables resolve is kept in `out`). With `pictures`, a texture the game
+// data lacks is also looked for as NAME.png or NAME.tga in the model's folder and the loose
+// image folder (a model made from another program brings its textures so).
 void LoadModelTextures(const ModelData& model, const std::string& modelPath, GameData& data,
                        const Settings& settings, const std::vector<std::uint32_t>& missing,
-                       TextureUploader& uploader, LoadedTextures& out);
+                       TextureUploader& uploader, LoadedTextures& out,
+                       const PictureDecoder& pictures = {});
 
 }  // namespace mw

@@ -198,3 +198,56 @@ TEST(ModelImport, CommandWritesTheModelAndItsFindings) {
 
 }  // namespace
 }  // namespace mw
+
+#include <QImage>
+
+#include "convert/texture_images.h"
+
+namespace mw {
+namespace {
+
+class KeepSizes : public TextureUploader {
+  public:
+    std::vector<std::pair<int, int>> sizes;
+    void AllocModelTextures(int count) override {
+        sizes.assign(static_cast<std::size_t>(count), {});
+    }
+    void UploadModelTexture(int t, int w, int h, const std::uint32_t*) override {
+        sizes[static_cast<std::size_t>(t)] = {w, h};
+    }
+};
+
+TEST(ModelImport, AnImportedModelShowsThePicturesBesideIt) {
+    const test::TempDir dir("import_pictures");
+    WriteText(dir / "box.mtl",
+              "newmtl a\nmap_Kd Hull.PNG\nnewmtl b\nmap_Kd stripes.tga\nnewmtl c\nKd 1 0 0\n");
+    WriteText(dir / "box.obj",
+              "mtllib box.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+              "usemtl a\nf 1 2 3\nusemtl b\nf 1 3 4\nusemtl c\nf 1 2 4\n");
+    QImage hull(48, 64, QImage::Format_RGBA8888);  // not a power of two across
+    hull.fill(Qt::blue);
+    ASSERT_TRUE(hull.save(QString::fromStdString((dir / "HULL.png").string())));
+    const ImportResult r = ImportModel(dir / "box.obj");
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    ASSERT_EQ(r.Model.Textures.size(), 3u);
+
+    GameData game;
+    Settings settings;
+    KeepSizes uploader;
+    LoadedTextures loaded;
+    LoadModelTextures(r.Model, (dir / "box.oof").string(), game, settings, MakeMissingTexture(1),
+                      uploader, loaded, DecodePictureFile);
+    ASSERT_EQ(loaded.Resolved.size(), 3u);
+    EXPECT_EQ(loaded.Resolved[0].Source, TextureSource::Loose);  // found ignoring case
+    EXPECT_TRUE(loaded.Resolved[0].Decoded);
+    EXPECT_EQ(uploader.sizes[0], (std::pair{64, 64}));
+    EXPECT_EQ(loaded.Resolved[1].Source, TextureSource::Missing);  // no stripes.tga there
+    EXPECT_EQ(loaded.Resolved[2].Source, TextureSource::Missing);  // "c" names no picture
+    // Without a decoder the loader looks for game images only.
+    LoadModelTextures(r.Model, (dir / "box.oof").string(), game, settings, MakeMissingTexture(1),
+                      uploader, loaded);
+    EXPECT_EQ(loaded.Resolved[0].Source, TextureSource::Missing);
+}
+
+}  // namespace
+}  // namespace mw

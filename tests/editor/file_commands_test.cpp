@@ -280,6 +280,17 @@ TEST_F(FileCommandsTest, ExportGltfThenImportGivesTheModelBackUnsaved) {
     EXPECT_TRUE(doc_.isModified());
     EXPECT_EQ(doc_.ModelTitle(), "ship.oof");
     EXPECT_EQ(ModelJson(doc_.model(), true), ModelJson(before, true));
+    // Proposed beside the imported file, but Save asks for the name first.
+    EXPECT_EQ(doc_.ModelPath(), Q(dir_ / "ship.oof"));
+    prompts_.titles.clear();
+    prompts_.initials.clear();
+    prompts_.fileNames = {Q(dir_ / "imported.oof")};
+    ASSERT_TRUE(files_.Save());
+    EXPECT_EQ(prompts_.titles.value(0), "Save OOF File");
+    EXPECT_EQ(prompts_.initials.value(0), Q(dir_ / "ship.oof"));
+    EXPECT_TRUE(fs::exists(dir_ / "imported.oof"));
+    EXPECT_FALSE(doc_.NeedsName());
+    doc_.Apply(MakeReparentCommand(doc_, 4, 1));
 
     // A file that is no model is reported and the open one stays.
     std::ofstream(dir_ / "junk.glb") << "junk";
