@@ -48,6 +48,10 @@ ScenePrimitive PrimitiveOf(const aiMesh& mesh) {
             const aiVector3D& n = mesh.mNormals[v];
             p.Normals.insert(p.Normals.end(), {n.x, n.y, n.z});
         }
+        if (mesh.mColors[0] != nullptr) {
+            const aiColor4D& k = mesh.mColors[0][v];
+            p.Colours.insert(p.Colours.end(), {k.r, k.g, k.b});
+        }
         if (mesh.mTextureCoords[0] != nullptr) {
             const aiVector3D& t = mesh.mTextureCoords[0][v];
             p.Uvs.insert(p.Uvs.end(), {t.x, t.y});

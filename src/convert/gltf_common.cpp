@@ -1,12 +1,12 @@
 #include "convert/gltf_common.h"
 
+#include <algorithm>
 #include <bit>
 #include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-
-#include <QByteArray>
+#include <cstring>
 
 namespace mw::gltf {
 namespace {
@@ -154,6 +154,24 @@ std::optional<PointName> ParsePointNodeName(std::string_view name) {
     return std::nullopt;
 }
 
+float LinearFromByte(std::uint8_t c) {
+    static const std::array<float, 256> table = [] {
+        std::array<float, 256> t{};
+        for (std::size_t i = 0; i < t.size(); ++i) {
+            const double s = static_cast<double>(i) / 255.0;
+            t[i] = static_cast<float>(s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4));
+        }
+        return t;
+    }();
+    return table[c];
+}
+
+std::uint8_t ByteFromLinear(float linear) {
+    const double l = std::clamp(static_cast<double>(linear), 0.0, 1.0);
+    const double s = l <= 0.0031308 ? l * 12.92 : 1.055 * std::pow(l, 1.0 / 2.4) - 0.055;
+    return static_cast<std::uint8_t>(std::lround(s * 255.0));
+}
+
 nlohmann::json FloatJson(float f) {
     if (std::isfinite(f)) return static_cast<double>(f);
     char text[16];
@@ -184,30 +202,30 @@ Vector3 VectorFrom(const nlohmann::json& j) {
     return {FloatFrom(j[0]), FloatFrom(j[1]), FloatFrom(j[2])};
 }
 
-std::string EncodeBlock(std::span<const std::uint8_t> bytes) {
-    const QByteArray raw(reinterpret_cast<const char*>(bytes.data()),
-                         static_cast<qsizetype>(bytes.size()));
-    return raw.toBase64().toStdString();
-}
-
-std::optional<std::vector<std::uint8_t>> DecodeBlock(std::string_view text) {
-    const auto result =
-        QByteArray::fromBase64Encoding(QByteArray(text.data(), static_cast<qsizetype>(text.size())),
-                                       QByteArray::AbortOnBase64DecodingErrors);
-    if (!result) return std::nullopt;
-    return std::vector<std::uint8_t>(result.decoded.begin(), result.decoded.end());
-}
-
 void Fingerprint::Add(std::span<const std::uint8_t> bytes) {
-    for (const std::uint8_t b : bytes) {
-        hash_ ^= b;
-        hash_ *= 1099511628211ull;
+    // FNV-1a steps over 64-bit words in four lanes (the tail byte by byte): fast enough for
+    // whole meshes.
+    constexpr std::uint64_t kPrime = 1099511628211ull;
+    std::size_t i = 0;
+    for (; i + 32 <= bytes.size(); i += 32) {
+        std::uint64_t words[4];
+        std::memcpy(words, bytes.data() + i, 32);
+        for (std::size_t k = 0; k < 4; ++k) {
+            lanes_[k] = (lanes_[k] ^ words[k]) * kPrime;
+            lanes_[k] ^= lanes_[k] >> 29;
+        }
     }
+    for (; i < bytes.size(); ++i)
+        lanes_[0] = (lanes_[0] ^ bytes[i]) * kPrime;
+    lanes_[1] = (lanes_[1] ^ bytes.size()) * kPrime;
 }
 
 std::string Fingerprint::Text() const {
     char text[20];
-    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash_));
+    std::uint64_t hash = 14695981039346656037ull;
+    for (const std::uint64_t lane : lanes_)
+        hash = ((hash ^ lane) * 1099511628211ull) ^ (lane >> 31);
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
     return text;
 }
 

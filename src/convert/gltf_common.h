@@ -1,6 +1,6 @@
 // What the glTF writer and the model importer share: the mirror between the game's
 // left-handed space and glTF's right-handed one, the orientation of point nodes, exact
-// numbers and byte blocks inside JSON extras, and the fingerprint that tells an untouched
+// numbers inside JSON extras, and the fingerprint that tells an untouched
 // exported mesh from an edited one.
 #pragma once
 
@@ -55,17 +55,17 @@ struct PointName {
 };
 std::optional<PointName> ParsePointNodeName(std::string_view name);
 
+// glTF colours are linear; face colours are bytes meant as shown (sRGB).
+float LinearFromByte(std::uint8_t c);
+std::uint8_t ByteFromLinear(float linear);
+
 // Floats inside JSON, bit-exact: a finite value as a number, any other as "0x" and its bits.
 nlohmann::json FloatJson(float f);
 float FloatFrom(const nlohmann::json& j);
 nlohmann::json VectorJson(Vector3 v);
 Vector3 VectorFrom(const nlohmann::json& j);
 
-// Byte blocks inside JSON as base64 text.
-std::string EncodeBlock(std::span<const std::uint8_t> bytes);
-std::optional<std::vector<std::uint8_t>> DecodeBlock(std::string_view text);
-
-// FNV-1a over a mesh's vertex data as written, so that an untouched mesh can be told from
+// A hash over a mesh's vertex data as written, so that an untouched mesh can be told from
 // one an editor has changed.
 class Fingerprint {
   public:
@@ -77,7 +77,7 @@ class Fingerprint {
     std::string Text() const;
 
   private:
-    std::uint64_t hash_ = 14695981039346656037ull;
+    std::array<std::uint64_t, 4> lanes_{14695981039346656037ull, 1, 2, 3};
 };
 
 }  // namespace mw::gltf

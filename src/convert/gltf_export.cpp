@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <map>
+#include <set>
 
 #include <QBuffer>
 #include <QImage>
@@ -27,19 +28,56 @@ static_assert(sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
 constexpr int kFloat = 5126, kUnsignedInt = 5125;
 constexpr int kArrayBuffer = 34962, kElementArrayBuffer = 34963;
 
-// The binary buffer and the JSON objects that describe parts of it.
+// The binary buffer and its buffer views and accessors. There are thousands of these in a
+// large model, so they are written as JSON text directly rather than built as objects.
 class BufferBuilder {
   public:
-    explicit BufferBuilder(json& doc) : doc_(doc) {}
+    void Reserve(std::size_t bytes) { bin_.reserve(bytes); }
+
+    // Room for `bytes` bytes at a 4-byte boundary; returns where it starts.
+    std::size_t Allocate(std::size_t bytes) {
+        const std::size_t offset = (bin_.size() + 3) / 4 * 4;
+        bin_.resize(offset + bytes);
+        return offset;
+    }
+
+    void Put(std::size_t offset, const void* values, std::size_t bytes) {
+        std::memcpy(bin_.data() + offset, values, bytes);
+    }
+
+    std::span<const std::uint8_t> Bytes(std::size_t offset, std::size_t bytes) const {
+        return {bin_.data() + offset, bytes};
+    }
+
+    // A buffer view over bytes already in the buffer.
+    int ViewAt(std::size_t offset, std::size_t bytes, std::optional<int> target) {
+        Separate(views_, viewCount_);
+        views_ += "{\"buffer\":0,\"byteOffset\":" + std::to_string(offset) +
+                  ",\"byteLength\":" + std::to_string(bytes);
+        if (target) views_ += ",\"target\":" + std::to_string(*target);
+        views_ += '}';
+        return viewCount_++;
+    }
 
     int View(std::span<const std::uint8_t> bytes, std::optional<int> target) {
-        while (bin_.size() % 4 != 0)
-            bin_.push_back(0);
-        json view{{"buffer", 0}, {"byteOffset", bin_.size()}, {"byteLength", bytes.size()}};
-        if (target) view["target"] = *target;
-        bin_.insert(bin_.end(), bytes.begin(), bytes.end());
-        doc_["bufferViews"].push_back(std::move(view));
-        return static_cast<int>(doc_["bufferViews"].size()) - 1;
+        const std::size_t offset = Allocate(bytes.size());
+        if (!bytes.empty()) Put(offset, bytes.data(), bytes.size());
+        return ViewAt(offset, bytes.size(), target);
+    }
+
+    // An accessor over a view; `least` and `most` give its bounds when not empty.
+    int AccessorOf(int view, int componentType, const char* type, int count,
+                   std::span<const float> least = {}, std::span<const float> most = {}) {
+        Separate(accessors_, accessorCount_);
+        accessors_ += "{\"bufferView\":" + std::to_string(view) +
+                      ",\"componentType\":" + std::to_string(componentType) +
+                      ",\"count\":" + std::to_string(count) + ",\"type\":\"" + type + '"';
+        if (!least.empty()) {
+            accessors_ += ",\"min\":" + json(std::vector<float>(least.begin(), least.end())).dump();
+            accessors_ += ",\"max\":" + json(std::vector<float>(most.begin(), most.end())).dump();
+        }
+        accessors_ += '}';
+        return accessorCount_++;
     }
 
     template <typename T>
@@ -48,41 +86,42 @@ class BufferBuilder {
         const auto bytes = std::as_bytes(std::span(values));
         const int view =
             View({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, target);
-        json a{{"bufferView", view},
-               {"componentType", componentType},
-               {"count", count},
-               {"type", type}};
+        std::vector<float> least, most;
         if (minMax) {
             const std::size_t n = values.size() / static_cast<std::size_t>(count);
-            json lo = json::array(), hi = json::array();
             for (std::size_t c = 0; c < n; ++c) {
-                auto least = values[c], most = values[c];
+                auto lo = values[c], hi = values[c];
                 for (std::size_t i = c; i < values.size(); i += n) {
-                    least = std::min(least, values[i]);
-                    most = std::max(most, values[i]);
+                    lo = std::min(lo, values[i]);
+                    hi = std::max(hi, values[i]);
                 }
-                lo.push_back(least);
-                hi.push_back(most);
+                least.push_back(static_cast<float>(lo));
+                most.push_back(static_cast<float>(hi));
             }
-            a["min"] = lo;
-            a["max"] = hi;
         }
-        doc_["accessors"].push_back(std::move(a));
-        return static_cast<int>(doc_["accessors"].size()) - 1;
+        return AccessorOf(view, componentType, type, count, least, most);
     }
 
     std::vector<std::uint8_t>& bin() { return bin_; }
 
-  private:
-    json& doc_;
-    std::vector<std::uint8_t> bin_;
-};
+    // `doc` as text with the accessors and buffer views added.
+    std::string Dump(const json& doc, int indent) const {
+        std::string text = doc.dump(indent);
+        text.pop_back();  // the closing brace of the document
+        if (accessorCount_ > 0) text += ",\"accessors\":[" + accessors_ + "]";
+        text += ",\"bufferViews\":[" + views_ + "]}";
+        return text;
+    }
 
-template <typename T>
-std::string Block(const std::vector<T>& values) {
-    const auto bytes = std::as_bytes(std::span(values));
-    return EncodeBlock({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-}
+  private:
+    static void Separate(std::string& list, int count) {
+        if (count > 0) list += ',';
+    }
+
+    std::vector<std::uint8_t> bin_;
+    std::string views_, accessors_;
+    int viewCount_ = 0, accessorCount_ = 0;
+};
 
 // A face as the extras keep it; 40 bytes.
 struct FaceRecord {
@@ -93,6 +132,9 @@ struct FaceRecord {
     std::int32_t Primitive;
 };
 static_assert(sizeof(FaceRecord) == 40);
+
+// More face colours than this in one model are written as vertex colours.
+constexpr std::size_t kMaxColourMaterials = 16;
 
 Vector3 UnitOr(Vector3 v, Vector3 fallback) {
     const float length = Length(v);
@@ -133,21 +175,23 @@ std::string PictureFileName(const std::string& texture, int index) {
 
 struct Output {
     json doc;
-    std::vector<std::uint8_t> bin;
+    BufferBuilder buffers;
     std::vector<std::pair<std::string, std::vector<std::uint8_t>>> pictures;  // beside a .gltf
 };
 
 class Exporter {
   public:
     Exporter(const ModelData& model, const TexturePictures& pictures, bool embedPictures)
-        : m_(model), pictures_(pictures), embed_(embedPictures), buffers_(out_.doc) {}
+        : m_(model), pictures_(pictures), embed_(embedPictures) {}
 
     Output Run() {
         json& doc = out_.doc;
         doc["asset"] = {{"version", "2.0"}, {"generator", "Meshwright"}};
-        for (const char* list : {"nodes", "meshes", "materials", "accessors", "bufferViews"})
+        for (const char* list : {"nodes", "meshes", "materials"})
             doc[list] = json::array();
+        out_.buffers.Reserve(BufferEstimate());
         Materials();
+        UntexturedColours();
         const int n = static_cast<int>(m_.SubObjects.size());
         for (int s = 0; s < n; ++s)
             doc["nodes"].push_back(SubObjectNode(s));
@@ -160,7 +204,6 @@ class Exporter {
         for (const char* list : {"meshes", "materials"}) {
             if (doc[list].empty()) doc.erase(list);
         }
-        out_.bin = std::move(buffers_.bin());
         return std::move(out_);
     }
 
@@ -193,7 +236,7 @@ class Exporter {
         std::vector<std::uint8_t> png = EncodePng(image);
         json entry{{"name", Utf8From1252(m_.Textures[static_cast<std::size_t>(t)].Name)}};
         if (embed_) {
-            entry["bufferView"] = buffers_.View(png, std::nullopt);
+            entry["bufferView"] = out_.buffers.View(png, std::nullopt);
             entry["mimeType"] = "image/png";
         } else {
             std::string file = PictureFileName(m_.Textures[static_cast<std::size_t>(t)].Name, t);
@@ -209,6 +252,44 @@ class Exporter {
         return static_cast<int>(doc["textures"].size()) - 1;
     }
 
+    // About the size of the binary buffer, so that it grows once or not at all.
+    std::size_t BufferEstimate() const {
+        std::size_t bytes = 1 << 16;
+        for (const SubObject& sub : m_.SubObjects) {
+            // Per corner position, normal, texture place, colour and an index or two; the
+            // records kept whole.
+            bytes += sub.Corners.size() * (48 + 12 + sizeof(FaceVertex)) +
+                     sub.Vertices.size() * sizeof(Vertex) + sub.Faces.size() * sizeof(FaceRecord);
+        }
+        return bytes;
+    }
+
+    // Untextured faces get a material of their colour, unless the model has so many colours
+    // that a primitive per colour and sub-object would swamp viewers (and the file): then one
+    // material with the colours as vertex colours.
+    void UntexturedColours() {
+        std::set<std::uint32_t> colours;
+        for (const SubObject& sub : m_.SubObjects) {
+            for (const Face& f : sub.Faces) {
+                if (f.TextureIndex < 0 || f.TextureIndex >= static_cast<int>(m_.Textures.size()))
+                    colours.insert(std::bit_cast<std::uint32_t>(f.Color) & 0xffffffu);
+            }
+        }
+        vertexColours_ = colours.size() > kMaxColourMaterials;
+    }
+
+    int UntexturedMaterial() {
+        if (untextured_ < 0) {
+            json& materials = out_.doc["materials"];
+            materials.push_back(
+                {{"name", "untextured"},
+                 {"pbrMetallicRoughness", {{"metallicFactor", 0.0}, {"roughnessFactor", 1.0}}},
+                 {"extras", {{"d3_untextured", true}}}});
+            untextured_ = static_cast<int>(materials.size()) - 1;
+        }
+        return untextured_;
+    }
+
     // The material of an untextured face: one per colour.
     int ColourMaterial(const std::array<std::uint8_t, 4>& colour) {
         const std::uint32_t key = std::bit_cast<std::uint32_t>(colour);
@@ -217,13 +298,14 @@ class Exporter {
         std::snprintf(name, sizeof name, "colour_%02x%02x%02x", colour[0], colour[1], colour[2]);
         json factor = json::array();
         for (int c = 0; c < 3; ++c)
-            factor.push_back(colour[static_cast<std::size_t>(c)] / 255.0);
+            factor.push_back(LinearFromByte(colour[static_cast<std::size_t>(c)]));
         factor.push_back(1.0);
         json& materials = out_.doc["materials"];
         materials.push_back(
             {{"name", name},
              {"pbrMetallicRoughness",
-              {{"baseColorFactor", factor}, {"metallicFactor", 0.0}, {"roughnessFactor", 1.0}}}});
+              {{"baseColorFactor", factor}, {"metallicFactor", 0.0}, {"roughnessFactor", 1.0}}},
+             {"extras", {{"d3_untextured", true}}}});
         const int index = static_cast<int>(materials.size()) - 1;
         colours_.emplace(key, index);
         return index;
@@ -232,7 +314,7 @@ class Exporter {
     int MaterialOf(const Face& face) {
         const int textures = static_cast<int>(m_.Textures.size());
         if (face.TextureIndex >= 0 && face.TextureIndex < textures) return face.TextureIndex;
-        return ColourMaterial(face.Color);
+        return vertexColours_ ? UntexturedMaterial() : ColourMaterial(face.Color);
     }
 
     json SubObjectNode(int s) {
@@ -281,66 +363,104 @@ class Exporter {
         return e;
     }
 
-    // The faces as one primitive per material, each corner its own glTF vertex.
+    // Records kept whole in a buffer view of their own, with a hash to know them again.
+    template <typename T>
+    json Block(const std::vector<T>& values) {
+        const auto bytes = std::as_bytes(std::span(values));
+        const std::span<const std::uint8_t> raw{reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                                                bytes.size()};
+        Fingerprint print;
+        print.Add(raw);
+        return {{"buffer_view", out_.buffers.View(raw, std::nullopt)}, {"hash", print.Text()}};
+    }
+
+    // The faces as one primitive per material, each corner its own glTF vertex, written
+    // straight into the buffer.
     std::optional<int> Mesh(const SubObject& sub, json& extras) {
-        struct Stream {
-            std::vector<float> positions, normals, uvs;
-            std::vector<std::uint32_t> indices;
-        };
-        std::map<int, Stream> streams;  // by material, in material order
+        std::map<int, std::vector<std::size_t>> groups;  // faces by material, in material order
+        std::vector<std::size_t> firstCorner(sub.Faces.size());
         std::size_t corner = 0;
-        for (const Face& face : sub.Faces) {
-            const std::size_t first = corner;
+        for (std::size_t f = 0; f < sub.Faces.size(); ++f) {
+            const Face& face = sub.Faces[f];
             const auto count = static_cast<std::size_t>(std::max(face.VertexCount, 0));
+            firstCorner[f] = corner;
             corner += count;
-            if (count < 3 || corner > sub.Corners.size()) continue;
-            Stream& st = streams[MaterialOf(face)];
-            const auto base = static_cast<std::uint32_t>(st.positions.size() / 3);
-            const Vector3 faceNormal = UnitOr(Mirror(face.Normal), {0.0f, 1.0f, 0.0f});
-            for (std::size_t c = first; c < first + count; ++c) {
-                const FaceVertex& fv = sub.Corners[c];
-                const Vertex& v = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
-                const Vector3 p = Mirror(v.Position);
-                const Vector3 n = UnitOr(Mirror(v.Normal), faceNormal);
-                st.positions.insert(st.positions.end(), {p.X, p.Y, p.Z});
-                st.normals.insert(st.normals.end(), {n.X, n.Y, n.Z});
-                st.uvs.insert(st.uvs.end(), {fv.U, fv.V});
-            }
-            // Mirrored, a face turns the other way round: the corners go in reverse.
-            for (std::uint32_t i = 1; i + 1 < count; ++i)
-                st.indices.insert(st.indices.end(), {base, base + i + 1, base + i});
+            if (count >= 3 && corner <= sub.Corners.size()) groups[MaterialOf(face)].push_back(f);
         }
-        if (streams.empty()) return std::nullopt;
+        if (groups.empty()) return std::nullopt;
+        BufferBuilder& b = out_.buffers;
         json primitives = json::array();
         Fingerprint print;
-        for (auto& [material, st] : streams) {
-            const int vertices = static_cast<int>(st.positions.size() / 3);
+        for (const auto& [material, faces] : groups) {
+            std::size_t vertices = 0, triangles = 0;
+            for (const std::size_t f : faces) {
+                vertices += static_cast<std::size_t>(sub.Faces[f].VertexCount);
+                triangles += static_cast<std::size_t>(sub.Faces[f].VertexCount) - 2;
+            }
+            const bool coloured = material == untextured_;
+            const std::size_t positions = b.Allocate(12 * vertices);
+            const std::size_t normals = b.Allocate(12 * vertices);
+            const std::size_t uvs = b.Allocate(8 * vertices);
+            const std::size_t colours = coloured ? b.Allocate(12 * vertices) : 0;
+            const std::size_t indices = b.Allocate(12 * triangles);
+            std::array<float, 3> least{}, most{};
+            std::uint32_t v = 0, t = 0;
+            for (const std::size_t f : faces) {
+                const Face& face = sub.Faces[f];
+                const auto count = static_cast<std::uint32_t>(face.VertexCount);
+                const Vector3 faceNormal = UnitOr(Mirror(face.Normal), {0.0f, 1.0f, 0.0f});
+                const std::array<float, 3> colour{LinearFromByte(face.Color[0]),
+                                                  LinearFromByte(face.Color[1]),
+                                                  LinearFromByte(face.Color[2])};
+                for (std::uint32_t c = 0; c < count; ++c, ++v) {
+                    const FaceVertex& fv = sub.Corners[firstCorner[f] + c];
+                    const Vertex& vertex = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
+                    const Vector3 p = Mirror(vertex.Position);
+                    const Vector3 n = UnitOr(Mirror(vertex.Normal), faceNormal);
+                    const std::array<float, 3> place{p.X, p.Y, p.Z};
+                    if (v == 0) least = most = place;
+                    for (std::size_t k = 0; k < 3; ++k) {
+                        least[k] = std::min(least[k], place[k]);
+                        most[k] = std::max(most[k], place[k]);
+                    }
+                    b.Put(positions + 12 * v, place.data(), 12);
+                    b.Put(normals + 12 * v, &n, 12);
+                    const float uv[2] = {fv.U, fv.V};
+                    b.Put(uvs + 8 * v, uv, 8);
+                    if (coloured) b.Put(colours + 12 * v, colour.data(), 12);
+                }
+                // Mirrored, a face turns the other way round: the corners go in reverse.
+                const std::uint32_t base = v - count;
+                for (std::uint32_t i = 1; i + 1 < count; ++i, ++t) {
+                    const std::uint32_t triangle[3] = {base, base + i + 1, base + i};
+                    b.Put(indices + 12 * t, triangle, 12);
+                }
+            }
+            const int n = static_cast<int>(vertices);
             json attributes{
-                {"POSITION",
-                 buffers_.Accessor(st.positions, kFloat, "VEC3", vertices, kArrayBuffer, true)},
+                {"POSITION", b.AccessorOf(b.ViewAt(positions, 12 * vertices, kArrayBuffer), kFloat,
+                                          "VEC3", n, least, most)},
                 {"NORMAL",
-                 buffers_.Accessor(st.normals, kFloat, "VEC3", vertices, kArrayBuffer, false)},
+                 b.AccessorOf(b.ViewAt(normals, 12 * vertices, kArrayBuffer), kFloat, "VEC3", n)},
                 {"TEXCOORD_0",
-                 buffers_.Accessor(st.uvs, kFloat, "VEC2", vertices, kArrayBuffer, false)}};
-            const int indices =
-                buffers_.Accessor(st.indices, kUnsignedInt, "SCALAR",
-                                  static_cast<int>(st.indices.size()), kElementArrayBuffer, false);
+                 b.AccessorOf(b.ViewAt(uvs, 8 * vertices, kArrayBuffer), kFloat, "VEC2", n)}};
+            if (coloured) {
+                attributes["COLOR_0"] =
+                    b.AccessorOf(b.ViewAt(colours, 12 * vertices, kArrayBuffer), kFloat, "VEC3", n);
+            }
+            const int corners = static_cast<int>(3 * triangles);
+            const int index = b.AccessorOf(b.ViewAt(indices, 12 * triangles, kElementArrayBuffer),
+                                           kUnsignedInt, "SCALAR", corners);
             primitives.push_back(
-                {{"attributes", attributes}, {"indices", indices}, {"material", material}});
-            AddToFingerprint(print, st.positions, st.uvs, st.indices);
+                {{"attributes", attributes}, {"indices", index}, {"material", material}});
+            print.Add(b.Bytes(positions, 12 * vertices));
+            print.Add(b.Bytes(uvs, 8 * vertices));
+            print.Add(b.Bytes(indices, 12 * triangles));
         }
         extras["mesh_fingerprint"] = print.Text();
         json& meshes = out_.doc["meshes"];
         meshes.push_back({{"name", Utf8From1252(sub.Name)}, {"primitives", primitives}});
         return static_cast<int>(meshes.size()) - 1;
-    }
-
-    static void AddToFingerprint(Fingerprint& print, const std::vector<float>& positions,
-                                 const std::vector<float>& uvs,
-                                 const std::vector<std::uint32_t>& indices) {
-        print.AddValues(std::span(positions));
-        print.AddValues(std::span(uvs));
-        print.AddValues(std::span(indices));
     }
 
     // Children under their parents where the parents form a tree; the rest at the top.
@@ -397,8 +517,10 @@ class Exporter {
         const auto sampler = [&](const std::vector<float>& times, const std::vector<float>& values,
                                  const char* type, int node, const char* path) {
             const int count = static_cast<int>(times.size());
-            const int input = buffers_.Accessor(times, kFloat, "SCALAR", count, std::nullopt, true);
-            const int output = buffers_.Accessor(values, kFloat, type, count, std::nullopt, false);
+            const int input =
+                out_.buffers.Accessor(times, kFloat, "SCALAR", count, std::nullopt, true);
+            const int output =
+                out_.buffers.Accessor(values, kFloat, type, count, std::nullopt, false);
             samplers.push_back({{"input", input}, {"output", output}, {"interpolation", "LINEAR"}});
             channels.push_back({{"sampler", static_cast<int>(samplers.size()) - 1},
                                 {"target", {{"node", node}, {"path", path}}}});
@@ -485,9 +607,10 @@ class Exporter {
     const TexturePictures& pictures_;
     bool embed_;
     Output out_;
-    BufferBuilder buffers_;
     json roots_ = json::array();
     std::map<std::uint32_t, int> colours_;
+    bool vertexColours_ = false;
+    int untextured_ = -1;
 };
 
 // A model whose save slots are not one record each (merged or removed sub-objects) is
@@ -517,23 +640,24 @@ void Append32(std::vector<std::uint8_t>& out, std::uint32_t v) {
 
 std::vector<std::uint8_t> ExportGLB(const ModelData& model, const TexturePictures& pictures) {
     Output o = Export(model, pictures, true);
-    o.doc["buffers"] = json::array({{{"byteLength", o.bin.size()}}});
-    std::string text = o.doc.dump();
+    std::vector<std::uint8_t>& bin = o.buffers.bin();
+    o.doc["buffers"] = json::array({{{"byteLength", bin.size()}}});
+    std::string text = o.buffers.Dump(o.doc, -1);
     while (text.size() % 4 != 0)
         text += ' ';
-    while (o.bin.size() % 4 != 0)
-        o.bin.push_back(0);
+    while (bin.size() % 4 != 0)
+        bin.push_back(0);
     std::vector<std::uint8_t> out;
-    out.reserve(28 + text.size() + o.bin.size());
+    out.reserve(28 + text.size() + bin.size());
     Append32(out, 0x46546C67);  // "glTF"
     Append32(out, 2);
-    Append32(out, static_cast<std::uint32_t>(28 + text.size() + o.bin.size()));
+    Append32(out, static_cast<std::uint32_t>(28 + text.size() + bin.size()));
     Append32(out, static_cast<std::uint32_t>(text.size()));
     Append32(out, 0x4E4F534A);  // "JSON"
     out.insert(out.end(), text.begin(), text.end());
-    Append32(out, static_cast<std::uint32_t>(o.bin.size()));
+    Append32(out, static_cast<std::uint32_t>(bin.size()));
     Append32(out, 0x004E4942);  // "BIN"
-    out.insert(out.end(), o.bin.begin(), o.bin.end());
+    out.insert(out.end(), bin.begin(), bin.end());
     return out;
 }
 
@@ -545,14 +669,14 @@ std::string ExportGLTF(const ModelData& model, const TexturePictures& pictures,
     Output o = Export(model, pictures, false);
     const std::filesystem::path folder = out.parent_path();
     const std::string binName = out.stem().string() + ".bin";
-    o.doc["buffers"] = json::array({{{"byteLength", o.bin.size()}, {"uri", binName}}});
-    if (std::string error = WriteFileReplacing(folder / binName, o.bin); !error.empty())
-        return error;
+    const std::vector<std::uint8_t>& bin = o.buffers.bin();
+    o.doc["buffers"] = json::array({{{"byteLength", bin.size()}, {"uri", binName}}});
+    if (std::string error = WriteFileReplacing(folder / binName, bin); !error.empty()) return error;
     for (const auto& [name, bytes] : o.pictures) {
         if (std::string error = WriteFileReplacing(folder / name, bytes); !error.empty())
             return error;
     }
-    const std::string text = o.doc.dump(1, '\t');
+    const std::string text = o.buffers.Dump(o.doc, 1);
     return WriteFileReplacing(out,
                               {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }

@@ -135,6 +135,15 @@ bool ReadPrimitive(const tinygltf::Model& model, const tinygltf::Primitive& p, S
     if (attribute("TEXCOORD_0") >= 0 && !ReadAccessor(model, attribute("TEXCOORD_0"), 2, out.Uvs)) {
         out.Uvs.clear();
     }
+    if (const int colours = attribute("COLOR_0"); colours >= 0) {
+        std::vector<float> rgba;
+        if (ReadAccessor(model, colours, 4, rgba)) {
+            for (std::size_t i = 0; i + 3 < rgba.size(); i += 4)
+                out.Colours.insert(out.Colours.end(), {rgba[i], rgba[i + 1], rgba[i + 2]});
+        } else if (!ReadAccessor(model, colours, 3, out.Colours)) {
+            out.Colours.clear();
+        }
+    }
     std::vector<std::uint32_t> indices;
     if (p.indices >= 0) {
         if (!ReadAccessor(model, p.indices, 1, indices)) {
@@ -154,6 +163,32 @@ bool ReadPrimitive(const tinygltf::Model& model, const tinygltf::Primitive& p, S
         }
     }
     return true;
+}
+
+// Copies the buffer views a node's "descent3" extras keep records in.
+void KeepBlocks(const tinygltf::Model& model, const nlohmann::json& extras,
+                std::map<int, std::vector<std::uint8_t>>& blocks) {
+    if (!extras.is_object() || !extras.contains(gltf::kExtrasKey)) return;
+    const nlohmann::json& e = extras[gltf::kExtrasKey];
+    if (!e.is_object()) return;
+    for (const auto& [key, value] : e.items()) {
+        if (!value.is_object() || !value.contains("buffer_view") ||
+            !value["buffer_view"].is_number_integer()) {
+            continue;
+        }
+        const int index = value["buffer_view"].get<int>();
+        if (index < 0 || index >= static_cast<int>(model.bufferViews.size()) ||
+            blocks.contains(index))
+            continue;
+        const tinygltf::BufferView& view = model.bufferViews[static_cast<std::size_t>(index)];
+        if (view.buffer < 0 || view.buffer >= static_cast<int>(model.buffers.size())) continue;
+        const auto& data = model.buffers[static_cast<std::size_t>(view.buffer)].data;
+        if (view.byteOffset > data.size() || view.byteLength > data.size() - view.byteOffset)
+            continue;
+        const auto first = data.begin() + static_cast<long>(view.byteOffset);
+        blocks.emplace(
+            index, std::vector<std::uint8_t>(first, first + static_cast<long>(view.byteLength)));
+    }
 }
 
 std::string PictureName(const tinygltf::Model& model, int texture) {
@@ -187,6 +222,7 @@ bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& err
         SceneMaterial material;
         material.Name = m.name;
         const nlohmann::json extras = ExtrasOf(m.extras_json_string);
+        material.Untextured = extras.is_object() && extras.value("d3_untextured", false) == true;
         if (extras.is_object() && extras.contains("d3_texture") &&
             extras["d3_texture"].is_string()) {
             material.Texture = extras["d3_texture"].get<std::string>();
@@ -257,6 +293,7 @@ bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& err
             node.Local = ComposeTransform(t, q, s);
         }
         node.Extras = ExtrasOf(n.extras_json_string);
+        KeepBlocks(model, node.Extras, scene.Blocks);
         scene.Nodes.push_back(std::move(node));
         const int self = static_cast<int>(scene.Nodes.size()) - 1;
         for (auto c = n.children.rbegin(); c != n.children.rend(); ++c)

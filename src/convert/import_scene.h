@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +21,7 @@ struct ScenePrimitive {
     std::vector<float> Positions;          // x, y, z per vertex
     std::vector<float> Normals;            // empty when the file has none
     std::vector<float> Uvs;                // u, v per vertex; empty when the file has none
+    std::vector<float> Colours;            // linear r, g, b per vertex; empty when none
     std::vector<std::uint32_t> Indices;    // the polygons' corners, one after another
     std::vector<std::uint32_t> FaceSizes;  // corners per polygon; empty: all triangles
 
@@ -33,8 +35,9 @@ struct SceneMesh {
 struct SceneMaterial {
     std::string Name;
     std::string Texture;  // the texture it names ("d3_texture", else its picture's name)
-    std::array<float, 4> Colour{1.0f, 1.0f, 1.0f, 1.0f};
-    bool Default = false;  // made up by the reader for faces without a material
+    std::array<float, 4> Colour{1.0f, 1.0f, 1.0f, 1.0f};  // linear
+    bool Untextured = false;  // the colour of untextured faces ("d3_untextured")
+    bool Default = false;     // made up by the reader for faces without a material
 };
 
 struct SceneNode {
@@ -53,6 +56,8 @@ struct ImportScene {
     std::vector<SceneMesh> Meshes;
     std::vector<SceneMaterial> Materials;
     nlohmann::json Extras;  // the scene's; null when none
+    // The bytes of the buffer views the nodes' "descent3" extras name, by index.
+    std::map<int, std::vector<std::uint8_t>> Blocks;
 };
 
 // Reads a .gltf or .glb file; false with `error` set when the file cannot be read.

@@ -32,13 +32,21 @@ struct FaceRecord {
 };
 static_assert(sizeof(FaceRecord) == 40 && sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
 
+// Records kept in a buffer view, when the view still holds what was written there.
 template <typename T>
-std::optional<std::vector<T>> BlockOf(const json& extras, const char* key) {
-    if (!extras.contains(key) || !extras[key].is_string()) return std::nullopt;
-    const auto bytes = DecodeBlock(extras[key].get<std::string>());
-    if (!bytes || bytes->size() % sizeof(T) != 0) return std::nullopt;
-    std::vector<T> values(bytes->size() / sizeof(T));
-    if (!values.empty()) std::memcpy(values.data(), bytes->data(), bytes->size());
+std::optional<std::vector<T>> BlockOf(const ImportScene& scene, const json& extras,
+                                      const char* key) {
+    if (!extras.contains(key) || !extras[key].is_object()) return std::nullopt;
+    const json& block = extras[key];
+    const auto found = scene.Blocks.find(block.value("buffer_view", -1));
+    if (found == scene.Blocks.end()) return std::nullopt;
+    const std::vector<std::uint8_t>& bytes = found->second;
+    gltf::Fingerprint print;
+    print.Add(bytes);
+    if (bytes.size() % sizeof(T) != 0 || block.value("hash", std::string()) != print.Text())
+        return std::nullopt;
+    std::vector<T> values(bytes.size() / sizeof(T));
+    if (!values.empty()) std::memcpy(values.data(), bytes.data(), bytes.size());
     return values;
 }
 
@@ -307,9 +315,9 @@ class Builder {
                 joined.Primitives.push_back(p);
         }
         if (!joined.Primitives.empty()) now = Fingerprint(joined);
-        auto vertices = BlockOf<Vertex>(e, "vertices");
-        auto faces = BlockOf<FaceRecord>(e, "faces");
-        auto corners = BlockOf<FaceVertex>(e, "corners");
+        auto vertices = BlockOf<Vertex>(s_, e, "vertices");
+        auto faces = BlockOf<FaceRecord>(s_, e, "faces");
+        auto corners = BlockOf<FaceVertex>(s_, e, "corners");
         if (now == kept && vertices && faces && corners) {
             sub.Vertices = std::move(*vertices);
             sub.Corners = std::move(*corners);
@@ -415,6 +423,7 @@ class Builder {
     int TextureOf(int material) {
         if (material < 0 || material >= static_cast<int>(s_.Materials.size())) return -1;
         const SceneMaterial& m = s_.Materials[static_cast<std::size_t>(material)];
+        if (m.Untextured) return -1;
         std::string name = m.Texture.empty() ? (m.Default ? std::string() : m.Name) : m.Texture;
         if (name.empty()) return -1;
         name = LowerCase1252(Cp1252FromUtf8(name));
@@ -454,9 +463,9 @@ class Builder {
                     p.Material < static_cast<int>(s_.Materials.size())) {
                     const auto& c = s_.Materials[static_cast<std::size_t>(p.Material)].Colour;
                     for (std::size_t i = 0; i < 3; ++i)
-                        colour[i] = static_cast<std::uint8_t>(
-                            std::clamp(std::lround(c[i] * 255.0f), 0L, 255L));
+                        colour[i] = ByteFromLinear(c[i]);
                 }
+                const bool vertexColours = texture < 0 && p.Colours.size() == p.Positions.size();
                 // Each vertex of the primitive once, in the game's space.
                 std::vector<int> index(p.VertexCount());
                 std::vector<Vector3> position(p.VertexCount());
@@ -489,6 +498,12 @@ class Builder {
                     face.TextureIndex = texture;
                     face.Textured = texture >= 0 ? 1 : 0;
                     face.Color = colour;
+                    if (vertexColours) {
+                        // A face takes the colour of its first corner.
+                        const std::size_t v = p.Indices[at];
+                        for (std::size_t i = 0; i < 3; ++i)
+                            face.Color[i] = ByteFromLinear(p.Colours[3 * v + i]);
+                    }
                     // Newell's normal of the corners in the file's order, in the file's space;
                     // the game's space is mirrored, so the corners go in reverse.
                     Vector3 normal{};

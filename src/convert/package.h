@@ -35,7 +35,7 @@ std::vector<PackageTexture> PlanPackageTextures(const ModelData& model, GameData
                                                 const std::vector<std::filesystem::path>& folders);
 
 struct PackageResult {
-    std::string Error;  // when not empty, nothing was written
+    std::string Error;             // when not empty, nothing was written
     bool ModelUnreadable = false;  // the failure was the model file
     std::vector<PackageTexture> Textures;
     std::vector<std::string> Entries;   // the archive's files

@@ -277,3 +277,51 @@ TEST(GltfImport, EditedPartsOfAnExportWin) {
 
 }  // namespace
 }  // namespace mw
+
+namespace mw {
+namespace {
+
+TEST(GltfExport, ManyFaceColoursBecomeVertexColoursAndComeBack) {
+    for (int c = 0; c < 256; ++c)
+        ASSERT_EQ(gltf::ByteFromLinear(gltf::LinearFromByte(static_cast<std::uint8_t>(c))), c);
+    ModelData model = Loaded(BuildSampleModel());
+    SubObject& hull = model.Sub(0);
+    for (std::size_t f = 0; f < hull.Faces.size(); ++f) {
+        hull.Faces[f].TextureIndex = -1;
+        hull.Faces[f].Textured = 0;
+    }
+    // More colours than materials are made for: 3 per face of the hull, 6 faces, 2 parts.
+    int n = 0;
+    for (SubObject& sub : model.SubObjects) {
+        for (Face& f : sub.Faces) {
+            if (f.TextureIndex < 0) f.Color = {static_cast<std::uint8_t>(10 * n++), 7, 250, 255};
+        }
+    }
+    ASSERT_GT(n, 16);
+    const test::TempDir dir("gltf_colours");
+    const auto path = Export(model, dir, "colours.gltf");
+    const tinygltf::Model g = ReadBack(path);
+    ASSERT_EQ(g.materials.back().name, "untextured");
+    EXPECT_TRUE(g.meshes[0].primitives.back().attributes.contains("COLOR_0"));
+
+    // Without the extras the colours come from the vertex colours.
+    auto bytes = *ReadFileBytes(path);
+    auto doc = nlohmann::json::parse(bytes.begin(), bytes.end());
+    doc["scenes"][0].erase("extras");
+    const std::string text = doc.dump();
+    ASSERT_EQ(
+        WriteFileReplacing(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}),
+        "");
+    const ImportResult back = ImportModel(path);
+    ASSERT_EQ(back.Status, ImportStatus::Done);
+    EXPECT_FALSE(back.Exact);
+    std::set<std::uint8_t> before, after;  // the quads come back as pairs of triangles
+    for (const Face& f : hull.Faces)
+        before.insert(f.Color[0]);
+    for (const Face& f : back.Model.Sub(0).Faces)
+        after.insert(f.Color[0]);
+    EXPECT_EQ(after, before);
+}
+
+}  // namespace
+}  // namespace mw
