@@ -159,7 +159,8 @@ float LinearFromByte(std::uint8_t c) {
         std::array<float, 256> t{};
         for (std::size_t i = 0; i < t.size(); ++i) {
             const double s = static_cast<double>(i) / 255.0;
-            t[i] = static_cast<float>(s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4));
+            t[i] =
+                static_cast<float>(s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4));
         }
         return t;
     }();

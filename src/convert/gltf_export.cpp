@@ -32,21 +32,24 @@ constexpr int kArrayBuffer = 34962, kElementArrayBuffer = 34963;
 // large model, so they are written as JSON text directly rather than built as objects.
 class BufferBuilder {
   public:
-    void Reserve(std::size_t bytes) { bin_.reserve(bytes); }
+    void Reserve(std::size_t bytes) { Grow(bytes); }
 
     // Room for `bytes` bytes at a 4-byte boundary; returns where it starts.
     std::size_t Allocate(std::size_t bytes) {
-        const std::size_t offset = (bin_.size() + 3) / 4 * 4;
-        bin_.resize(offset + bytes);
+        // Not cleared: the caller fills every byte it asked for.
+        const std::size_t offset = (size_ + 3) / 4 * 4;
+        Grow(offset + bytes);
+        std::fill(data_.get() + size_, data_.get() + offset, std::uint8_t{0});
+        size_ = offset + bytes;
         return offset;
     }
 
     void Put(std::size_t offset, const void* values, std::size_t bytes) {
-        std::memcpy(bin_.data() + offset, values, bytes);
+        std::memcpy(data_.get() + offset, values, bytes);
     }
 
     std::span<const std::uint8_t> Bytes(std::size_t offset, std::size_t bytes) const {
-        return {bin_.data() + offset, bytes};
+        return {data_.get() + offset, bytes};
     }
 
     // A buffer view over bytes already in the buffer.
@@ -102,7 +105,7 @@ class BufferBuilder {
         return AccessorOf(view, componentType, type, count, least, most);
     }
 
-    std::vector<std::uint8_t>& bin() { return bin_; }
+    std::span<const std::uint8_t> bin() const { return {data_.get(), size_}; }
 
     // `doc` as text with the accessors and buffer views added.
     std::string Dump(const json& doc, int indent) const {
@@ -118,7 +121,17 @@ class BufferBuilder {
         if (count > 0) list += ',';
     }
 
-    std::vector<std::uint8_t> bin_;
+    void Grow(std::size_t capacity) {
+        if (capacity <= capacity_) return;
+        capacity = std::max(capacity, 2 * capacity_);
+        std::unique_ptr<std::uint8_t[]> grown(new std::uint8_t[capacity]);
+        if (size_ > 0) std::memcpy(grown.get(), data_.get(), size_);
+        data_ = std::move(grown);
+        capacity_ = capacity;
+    }
+
+    std::unique_ptr<std::uint8_t[]> data_;
+    std::size_t size_ = 0, capacity_ = 0;
     std::string views_, accessors_;
     int viewCount_ = 0, accessorCount_ = 0;
 };
@@ -132,6 +145,18 @@ struct FaceRecord {
     std::int32_t Primitive;
 };
 static_assert(sizeof(FaceRecord) == 40);
+
+// Keys as the extras keep them; 16 and 20 bytes.
+struct PosKeyRecord {
+    std::int32_t Frame;
+    Vector3 Position;
+};
+struct RotKeyRecord {
+    std::int32_t Frame;
+    Vector3 Axis;
+    std::int32_t Angle;
+};
+static_assert(sizeof(PosKeyRecord) == 16 && sizeof(RotKeyRecord) == 20);
 
 // More face colours than this in one model are written as vertex colours.
 constexpr std::size_t kMaxColourMaterials = 16;
@@ -342,15 +367,18 @@ class Exporter {
                {"center", VectorJson(sub.Center)},
                {"kept_int_c", sub.KeptIntC},
                {"kept_int_d", sub.KeptIntD}};
-        json pos = json::array(), rot = json::array();
+        std::vector<PosKeyRecord> pos;
         for (const PosKey& k : sub.Pos.Keys)
-            pos.push_back(json::array({k.Frame, VectorJson(k.Position)}));
+            pos.push_back({k.Frame, k.Position});
+        std::vector<RotKeyRecord> rot;
         for (const RotKey& k : sub.Rot.Keys)
-            rot.push_back(json::array({k.Frame, VectorJson(k.Axis), k.Angle}));
-        e["position_keys"] = {
-            {"first", sub.Pos.FirstFrame}, {"last", sub.Pos.LastFrame}, {"keys", pos}};
-        e["rotation_keys"] = {
-            {"first", sub.Rot.FirstFrame}, {"last", sub.Rot.LastFrame}, {"keys", rot}};
+            rot.push_back({k.Frame, k.Axis, k.Angle});
+        e["position_keys"] = Block(pos);
+        e["position_keys"]["first"] = sub.Pos.FirstFrame;
+        e["position_keys"]["last"] = sub.Pos.LastFrame;
+        e["rotation_keys"] = Block(rot);
+        e["rotation_keys"]["first"] = sub.Rot.FirstFrame;
+        e["rotation_keys"]["last"] = sub.Rot.LastFrame;
         std::vector<FaceRecord> faces;
         faces.reserve(sub.Faces.size());
         for (const Face& f : sub.Faces) {
@@ -366,6 +394,7 @@ class Exporter {
     // Records kept whole in a buffer view of their own, with a hash to know them again.
     template <typename T>
     json Block(const std::vector<T>& values) {
+        if (values.empty()) return {{"empty", true}};  // glTF has no empty buffer views
         const auto bytes = std::as_bytes(std::span(values));
         const std::span<const std::uint8_t> raw{reinterpret_cast<const std::uint8_t*>(bytes.data()),
                                                 bytes.size()};
@@ -636,40 +665,69 @@ void Append32(std::vector<std::uint8_t>& out, std::uint32_t v) {
         out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
 }
 
-}  // namespace
+// A .glb: the header and JSON chunk (with the BIN chunk's header) in `head`, the buffer
+// and its padding after it.
+struct GlbParts {
+    Output output;
+    std::vector<std::uint8_t> head;
+    std::array<std::uint8_t, 3> padding{};
+    std::size_t paddingLength = 0;
 
-std::vector<std::uint8_t> ExportGLB(const ModelData& model, const TexturePictures& pictures) {
-    Output o = Export(model, pictures, true);
-    std::vector<std::uint8_t>& bin = o.buffers.bin();
+    std::array<std::span<const std::uint8_t>, 3> Pieces() const {
+        return {std::span<const std::uint8_t>(head), output.buffers.bin(),
+                std::span<const std::uint8_t>(padding.data(), paddingLength)};
+    }
+};
+
+GlbParts MakeGlb(const ModelData& model, const TexturePictures& pictures) {
+    GlbParts parts{Export(model, pictures, true), {}, {}, 0};
+    Output& o = parts.output;
+    const std::span<const std::uint8_t> bin = o.buffers.bin();
     o.doc["buffers"] = json::array({{{"byteLength", bin.size()}}});
     std::string text = o.buffers.Dump(o.doc, -1);
     while (text.size() % 4 != 0)
         text += ' ';
-    while (bin.size() % 4 != 0)
-        bin.push_back(0);
+    const std::size_t binLength = (bin.size() + 3) / 4 * 4;
+    parts.paddingLength = binLength - bin.size();
+    std::vector<std::uint8_t>& head = parts.head;
+    head.reserve(28 + text.size());
+    Append32(head, 0x46546C67);  // "glTF"
+    Append32(head, 2);
+    Append32(head, static_cast<std::uint32_t>(28 + text.size() + binLength));
+    Append32(head, static_cast<std::uint32_t>(text.size()));
+    Append32(head, 0x4E4F534A);  // "JSON"
+    head.insert(head.end(), text.begin(), text.end());
+    Append32(head, static_cast<std::uint32_t>(binLength));
+    Append32(head, 0x004E4942);  // "BIN"
+    return parts;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> ExportGLB(const ModelData& model, const TexturePictures& pictures) {
+    const GlbParts parts = MakeGlb(model, pictures);
     std::vector<std::uint8_t> out;
-    out.reserve(28 + text.size() + bin.size());
-    Append32(out, 0x46546C67);  // "glTF"
-    Append32(out, 2);
-    Append32(out, static_cast<std::uint32_t>(28 + text.size() + bin.size()));
-    Append32(out, static_cast<std::uint32_t>(text.size()));
-    Append32(out, 0x4E4F534A);  // "JSON"
-    out.insert(out.end(), text.begin(), text.end());
-    Append32(out, static_cast<std::uint32_t>(bin.size()));
-    Append32(out, 0x004E4942);  // "BIN"
-    out.insert(out.end(), bin.begin(), bin.end());
+    std::size_t size = 0;
+    for (const auto& piece : parts.Pieces())
+        size += piece.size();
+    out.reserve(size);
+    for (const auto& piece : parts.Pieces())
+        out.insert(out.end(), piece.begin(), piece.end());
     return out;
 }
 
 std::string ExportGLTF(const ModelData& model, const TexturePictures& pictures,
                        const std::filesystem::path& out) {
     const std::string ext = LowerCase1252(out.extension().string());
-    if (ext == ".glb") return WriteFileReplacing(out, ExportGLB(model, pictures));
+    if (ext == ".glb") {
+        const GlbParts parts = MakeGlb(model, pictures);
+        return WriteFileReplacing(out, parts.Pieces());
+    }
     if (ext != ".gltf") return "The file name must end in .glb or .gltf: " + out.string();
     Output o = Export(model, pictures, false);
     const std::filesystem::path folder = out.parent_path();
     const std::string binName = out.stem().string() + ".bin";
-    const std::vector<std::uint8_t>& bin = o.buffers.bin();
+    const std::span<const std::uint8_t> bin = o.buffers.bin();
     o.doc["buffers"] = json::array({{{"byteLength", bin.size()}, {"uri", binName}}});
     if (std::string error = WriteFileReplacing(folder / binName, bin); !error.empty()) return error;
     for (const auto& [name, bytes] : o.pictures) {

@@ -30,7 +30,17 @@ struct FaceRecord {
     std::uint32_t KeptA, KeptB;
     std::int32_t Primitive;
 };
+struct PosKeyRecord {
+    std::int32_t Frame;
+    Vector3 Position;
+};
+struct RotKeyRecord {
+    std::int32_t Frame;
+    Vector3 Axis;
+    std::int32_t Angle;
+};
 static_assert(sizeof(FaceRecord) == 40 && sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
+static_assert(sizeof(PosKeyRecord) == 16 && sizeof(RotKeyRecord) == 20);
 
 // Records kept in a buffer view, when the view still holds what was written there.
 template <typename T>
@@ -38,6 +48,7 @@ std::optional<std::vector<T>> BlockOf(const ImportScene& scene, const json& extr
                                       const char* key) {
     if (!extras.contains(key) || !extras[key].is_object()) return std::nullopt;
     const json& block = extras[key];
+    if (block.value("empty", false) == true) return std::vector<T>{};
     const auto found = scene.Blocks.find(block.value("buffer_view", -1));
     if (found == scene.Blocks.end()) return std::nullopt;
     const std::vector<std::uint8_t>& bytes = found->second;
@@ -94,16 +105,6 @@ Vector3 UnitOrZero(Vector3 v) {
     return {v.X / length, v.Y / length, v.Z / length};
 }
 
-std::string Fingerprint(const SceneMesh& mesh) {
-    gltf::Fingerprint print;
-    for (const ScenePrimitive& p : mesh.Primitives) {
-        print.AddValues(std::span(p.Positions));
-        print.AddValues(std::span(p.Uvs));
-        print.AddValues(std::span(p.Indices));
-    }
-    return print.Text();
-}
-
 class Builder {
   public:
     Builder(const ImportScene& scene) : s_(scene) {
@@ -131,6 +132,21 @@ class Builder {
             if (HasFaces(static_cast<int>(n))) return true;
         }
         return false;
+    }
+
+    // The hash the export keeps of a node's meshes; empty for none.
+    std::string Fingerprint(const std::vector<int>& meshes) const {
+        gltf::Fingerprint print;
+        bool any = false;
+        for (const int mesh : meshes) {
+            for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives) {
+                print.AddValues(std::span(p.Positions));
+                print.AddValues(std::span(p.Uvs));
+                print.AddValues(std::span(p.Indices));
+                any = true;
+            }
+        }
+        return any ? print.Text() : std::string();
     }
 
     // A model from the nodes alone.
@@ -285,36 +301,24 @@ class Builder {
         // An offset moved in another program wins over the one kept.
         const Vector3 translation = n.Translation ? *n.Translation : TranslationOf(n.Local);
         if (!SamePlace(translation, Mirror(sub.Offset))) sub.Offset = Mirror(translation);
-        const auto tracks = [&](const char* key, auto& track, auto read) {
-            if (!e.contains(key) || !e[key].is_object()) return;
-            const json& t = e[key];
-            track.FirstFrame = Value<int>(t, "first", 0);
-            track.LastFrame = Value<int>(t, "last", 0);
-            if (!t.contains("keys") || !t["keys"].is_array()) return;
-            for (const json& k : t["keys"])
-                track.Keys.push_back(read(k));
-        };
-        tracks("position_keys", sub.Pos, [](const json& k) {
-            return PosKey{k.is_array() && k.size() == 2 && k[0].is_number() ? k[0].get<int>() : 0,
-                          k.is_array() && k.size() == 2 ? VectorFrom(k[1]) : Vector3{}};
-        });
-        tracks("rotation_keys", sub.Rot, [](const json& k) {
-            RotKey key;
-            if (k.is_array() && k.size() == 3 && k[0].is_number() && k[2].is_number()) {
-                key.Frame = k[0].get<int>();
-                key.Axis = VectorFrom(k[1]);
-                key.Angle = k[2].get<int>();
-            }
-            return key;
-        });
-        const std::string kept = e.value("mesh_fingerprint", std::string());
-        std::string now;
-        SceneMesh joined;
-        for (const int mesh : n.Meshes) {
-            for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives)
-                joined.Primitives.push_back(p);
+        if (e.contains("position_keys")) {
+            const json& t = e["position_keys"];
+            sub.Pos.FirstFrame = Value<int>(t, "first", 0);
+            sub.Pos.LastFrame = Value<int>(t, "last", 0);
+            for (const PosKeyRecord& k : BlockOf<PosKeyRecord>(s_, e, "position_keys")
+                                             .value_or(std::vector<PosKeyRecord>{}))
+                sub.Pos.Keys.push_back({k.Frame, k.Position});
         }
-        if (!joined.Primitives.empty()) now = Fingerprint(joined);
+        if (e.contains("rotation_keys")) {
+            const json& t = e["rotation_keys"];
+            sub.Rot.FirstFrame = Value<int>(t, "first", 0);
+            sub.Rot.LastFrame = Value<int>(t, "last", 0);
+            for (const RotKeyRecord& k : BlockOf<RotKeyRecord>(s_, e, "rotation_keys")
+                                             .value_or(std::vector<RotKeyRecord>{}))
+                sub.Rot.Keys.push_back({k.Frame, k.Axis, k.Angle, IdentityMatrix()});
+        }
+        const std::string kept = e.value("mesh_fingerprint", std::string());
+        const std::string now = Fingerprint(n.Meshes);
         auto vertices = BlockOf<Vertex>(s_, e, "vertices");
         auto faces = BlockOf<FaceRecord>(s_, e, "faces");
         auto corners = BlockOf<FaceVertex>(s_, e, "corners");

@@ -3,6 +3,7 @@
 #include <tiny_gltf.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <set>
 
 #include "cli/cli.h"
@@ -321,6 +322,25 @@ TEST(GltfExport, ManyFaceColoursBecomeVertexColoursAndComeBack) {
     for (const Face& f : back.Model.Sub(0).Faces)
         after.insert(f.Color[0]);
     EXPECT_EQ(after, before);
+}
+
+}  // namespace
+}  // namespace mw
+
+namespace mw {
+namespace {
+
+// Writes the test models for the Khronos validator, which the test script runs over them
+// (the script sets the folder; without it there is nothing to do).
+TEST(GltfExport, FilesForTheValidator) {
+    const char* folder = std::getenv("MW_GLTF_VALIDATOR_DIR");
+    if (folder == nullptr) GTEST_SKIP() << "run by gltf_validator_test.sh";
+    const ModelData model = EveryRecordKind();
+    TexturePictures pictures(model.Textures.size());
+    pictures[1] = RgbaImage{4, 2, std::vector<std::uint32_t>(8, 0xff336699u)};
+    const std::filesystem::path out(folder);
+    EXPECT_EQ(ExportGLTF(model, pictures, out / "every_record_kind.glb"), "");
+    EXPECT_EQ(ExportGLTF(model, pictures, out / "every_record_kind.gltf"), "");
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #!/bin/sh
-# Exports the sample as .glb and .gltf and runs the Khronos glTF validator over both.
+# Exports the sample as .glb and .gltf, has the test program write its model with every
+# kind of record, and runs the Khronos glTF validator over all of them.
 # The validator comes from npm; without npm (or without the network to fetch it) the test
 # is skipped with a message (exit 77).
 set -eu
-cli="$1"; sample="$2"; hog="$3"; work="$4"
+cli="$1"; sample="$2"; hog="$3"; work="$4"; tests="$5"
 mkdir -p "$work"
 "$cli" export "$sample" "$work/ship.glb" --d3hog "$hog" >/dev/null
 "$cli" export "$sample" "$work/ship.gltf" --d3hog "$hog" >/dev/null
+MW_GLTF_VALIDATOR_DIR="$work" "$tests" --gtest_filter=GltfExport.FilesForTheValidator >/dev/null
 if ! command -v npm >/dev/null 2>&1 || ! command -v node >/dev/null 2>&1; then
     echo "SKIPPED: npm is not installed, so the Khronos glTF validator cannot be run."
     exit 77
@@ -39,4 +41,5 @@ const validator = require('gltf-validator');
   process.exit(failed ? 1 : 0);
 })();
 JS
-node "$work/validate.js" "$work/ship.glb" "$work/ship.gltf"
+node "$work/validate.js" "$work/ship.glb" "$work/ship.gltf" "$work/every_record_kind.glb" \
+    "$work/every_record_kind.gltf"
