@@ -34,6 +34,23 @@ void ExportGlb(benchmark::State& state) {
         benchmark::DoNotOptimize(ExportGLB(m, {}).data());
 }
 
+// The same two written to files, as the commands and the editor do.
+void SaveModelOOF(benchmark::State& state) {
+    ModelData m = FiftyThousandFaces();
+    const auto path = std::filesystem::temp_directory_path() / "mw_bench_save.oof";
+    for (auto _ : state)
+        benchmark::DoNotOptimize(SaveOOF(m, path));
+    std::filesystem::remove(path);
+}
+
+void ExportGlbFile(benchmark::State& state) {
+    const ModelData& m = FiftyThousandFaces();
+    const auto path = std::filesystem::temp_directory_path() / "mw_bench_export.glb";
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ExportGLTF(m, {}, path));
+    std::filesystem::remove(path);
+}
+
 // A .glb of 100,000 triangles as another program would write it: our export of a
 // triangle model with the "descent3" extras taken out, so that the import builds everything.
 const std::filesystem::path& LargeGlb() {
@@ -88,6 +105,8 @@ void ImportGlb(benchmark::State& state) {
 
 BENCHMARK(WriteModelOOF)->Unit(benchmark::kMillisecond);
 BENCHMARK(ExportGlb)->Unit(benchmark::kMillisecond);
+BENCHMARK(SaveModelOOF)->Unit(benchmark::kMillisecond);
+BENCHMARK(ExportGlbFile)->Unit(benchmark::kMillisecond);
 BENCHMARK(GltfLibraryAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(ImportGlb)->Unit(benchmark::kMillisecond);
 

@@ -221,6 +221,14 @@ void Fingerprint::Add(std::span<const std::uint8_t> bytes) {
     lanes_[1] = (lanes_[1] ^ bytes.size()) * kPrime;
 }
 
+std::string BlockCheck(std::span<const std::uint8_t> bytes) {
+    Fingerprint print;
+    const std::size_t edge = std::min<std::size_t>(bytes.size(), 256);
+    print.Add(bytes.first(edge));
+    print.Add(bytes.last(edge));
+    return print.Text();
+}
+
 std::string Fingerprint::Text() const {
     char text[20];
     std::uint64_t hash = 14695981039346656037ull;

@@ -80,4 +80,9 @@ class Fingerprint {
     std::array<std::uint64_t, 4> lanes_{14695981039346656037ull, 1, 2, 3};
 };
 
+// What tells a block of records kept in a buffer view from any other bytes: its length and
+// its first and last 256 bytes. (Nothing edits those bytes; the check only finds a view
+// that another program renumbered.)
+std::string BlockCheck(std::span<const std::uint8_t> bytes);
+
 }  // namespace mw::gltf

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <map>
@@ -28,8 +29,9 @@ static_assert(sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
 constexpr int kFloat = 5126, kUnsignedInt = 5125;
 constexpr int kArrayBuffer = 34962, kElementArrayBuffer = 34963;
 
-// The binary buffer and its buffer views and accessors. There are thousands of these in a
-// large model, so they are written as JSON text directly rather than built as objects.
+// The binary buffer, its buffer views and accessors, and the meshes that use them. There are
+// thousands of these in a large model, so they are written as JSON text directly rather than
+// built as objects.
 class BufferBuilder {
   public:
     void Reserve(std::size_t bytes) { Grow(bytes); }
@@ -76,8 +78,10 @@ class BufferBuilder {
                       ",\"componentType\":" + std::to_string(componentType) +
                       ",\"count\":" + std::to_string(count) + ",\"type\":\"" + type + '"';
         if (!least.empty()) {
-            accessors_ += ",\"min\":" + json(std::vector<float>(least.begin(), least.end())).dump();
-            accessors_ += ",\"max\":" + json(std::vector<float>(most.begin(), most.end())).dump();
+            accessors_ += ",\"min\":";
+            Numbers(accessors_, least);
+            accessors_ += ",\"max\":";
+            Numbers(accessors_, most);
         }
         accessors_ += '}';
         return accessorCount_++;
@@ -107,16 +111,36 @@ class BufferBuilder {
 
     std::span<const std::uint8_t> bin() const { return {data_.get(), size_}; }
 
-    // `doc` as text with the accessors and buffer views added.
+    // A mesh (its JSON text) that uses the accessors; returns its index.
+    int AddMesh(const std::string& text) {
+        Separate(meshes_, meshCount_);
+        meshes_ += text;
+        return meshCount_++;
+    }
+
+    // `doc` as text with the meshes, accessors and buffer views added.
     std::string Dump(const json& doc, int indent) const {
         std::string text = doc.dump(indent);
         text.pop_back();  // the closing brace of the document
+        if (meshCount_ > 0) text += ",\"meshes\":[" + meshes_ + "]";
         if (accessorCount_ > 0) text += ",\"accessors\":[" + accessors_ + "]";
         text += ",\"bufferViews\":[" + views_ + "]}";
         return text;
     }
 
   private:
+    // A JSON array of floats, each in the shortest form that reads back exactly.
+    static void Numbers(std::string& text, std::span<const float> values) {
+        text += '[';
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            char number[32];
+            const auto end = std::to_chars(number, number + sizeof number, values[i]).ptr;
+            if (i > 0) text += ',';
+            text.append(number, end);
+        }
+        text += ']';
+    }
+
     static void Separate(std::string& list, int count) {
         if (count > 0) list += ',';
     }
@@ -132,8 +156,8 @@ class BufferBuilder {
 
     std::unique_ptr<std::uint8_t[]> data_;
     std::size_t size_ = 0, capacity_ = 0;
-    std::string views_, accessors_;
-    int viewCount_ = 0, accessorCount_ = 0;
+    std::string views_, accessors_, meshes_;
+    int viewCount_ = 0, accessorCount_ = 0, meshCount_ = 0;
 };
 
 // A face as the extras keep it; 40 bytes.
@@ -212,7 +236,7 @@ class Exporter {
     Output Run() {
         json& doc = out_.doc;
         doc["asset"] = {{"version", "2.0"}, {"generator", "Meshwright"}};
-        for (const char* list : {"nodes", "meshes", "materials"})
+        for (const char* list : {"nodes", "materials"})
             doc[list] = json::array();
         out_.buffers.Reserve(BufferEstimate());
         Materials();
@@ -226,7 +250,7 @@ class Exporter {
         doc["scenes"] = json::array({{{"name", "Model"}, {"nodes", roots_}}});
         doc["scenes"][0]["extras"][kExtrasKey] = ModelExtras();
         doc["scene"] = 0;
-        for (const char* list : {"meshes", "materials"}) {
+        for (const char* list : {"materials"}) {
             if (doc[list].empty()) doc.erase(list);
         }
         return std::move(out_);
@@ -379,28 +403,36 @@ class Exporter {
         e["rotation_keys"] = Block(rot);
         e["rotation_keys"]["first"] = sub.Rot.FirstFrame;
         e["rotation_keys"]["last"] = sub.Rot.LastFrame;
-        std::vector<FaceRecord> faces;
-        faces.reserve(sub.Faces.size());
-        for (const Face& f : sub.Faces) {
-            faces.push_back({f.Normal, f.VertexCount, f.Textured, f.TextureIndex, f.Color,
-                             f.FaceKeptA, f.FaceKeptB, f.Primitive});
-        }
         e["vertices"] = Block(sub.Vertices);
-        e["faces"] = Block(faces);
+        e["faces"] = FaceBlock(sub.Faces);
         e["corners"] = Block(sub.Corners);
         return e;
     }
 
-    // Records kept whole in a buffer view of their own, with a hash to know them again.
+    // The faces as records, written straight into the buffer.
+    json FaceBlock(const std::vector<Face>& faces) {
+        if (faces.empty()) return {{"empty", true}};
+        BufferBuilder& b = out_.buffers;
+        const std::size_t bytes = faces.size() * sizeof(FaceRecord);
+        const std::size_t at = b.Allocate(bytes);
+        for (std::size_t i = 0; i < faces.size(); ++i) {
+            const Face& f = faces[i];
+            const FaceRecord record{f.Normal, f.VertexCount, f.Textured,  f.TextureIndex,
+                                    f.Color,  f.FaceKeptA,   f.FaceKeptB, f.Primitive};
+            b.Put(at + i * sizeof(FaceRecord), &record, sizeof record);
+        }
+        return {{"buffer_view", b.ViewAt(at, bytes, std::nullopt)},
+                {"check", BlockCheck(b.Bytes(at, bytes))}};
+    }
+
+    // Records kept whole in a buffer view of their own, with a check to know them again.
     template <typename T>
     json Block(const std::vector<T>& values) {
         if (values.empty()) return {{"empty", true}};  // glTF has no empty buffer views
         const auto bytes = std::as_bytes(std::span(values));
         const std::span<const std::uint8_t> raw{reinterpret_cast<const std::uint8_t*>(bytes.data()),
                                                 bytes.size()};
-        Fingerprint print;
-        print.Add(raw);
-        return {{"buffer_view", out_.buffers.View(raw, std::nullopt)}, {"hash", print.Text()}};
+        return {{"buffer_view", out_.buffers.View(raw, std::nullopt)}, {"check", BlockCheck(raw)}};
     }
 
     // The faces as one primitive per material, each corner its own glTF vertex, written
@@ -417,8 +449,16 @@ class Exporter {
             if (count >= 3 && corner <= sub.Corners.size()) groups[MaterialOf(face)].push_back(f);
         }
         if (groups.empty()) return std::nullopt;
+        // Each vertex's normal mirrored and of unit length, once; a face's own normal stands
+        // in where the vertex has none.
+        std::vector<Vector3> unitNormals(sub.Vertices.size());
+        std::vector<bool> hasNormal(sub.Vertices.size());
+        for (std::size_t i = 0; i < sub.Vertices.size(); ++i) {
+            unitNormals[i] = UnitOr(Mirror(sub.Vertices[i].Normal), {});
+            hasNormal[i] = unitNormals[i] != Vector3{};
+        }
         BufferBuilder& b = out_.buffers;
-        json primitives = json::array();
+        std::string primitives;
         Fingerprint print;
         for (const auto& [material, faces] : groups) {
             std::size_t vertices = 0, triangles = 0;
@@ -445,7 +485,8 @@ class Exporter {
                     const FaceVertex& fv = sub.Corners[firstCorner[f] + c];
                     const Vertex& vertex = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
                     const Vector3 p = Mirror(vertex.Position);
-                    const Vector3 n = UnitOr(Mirror(vertex.Normal), faceNormal);
+                    const auto vi = static_cast<std::size_t>(fv.VertexIndex);
+                    const Vector3 n = hasNormal[vi] ? unitNormals[vi] : faceNormal;
                     const std::array<float, 3> place{p.X, p.Y, p.Z};
                     if (v == 0) least = most = place;
                     for (std::size_t k = 0; k < 3; ++k) {
@@ -466,30 +507,32 @@ class Exporter {
                 }
             }
             const int n = static_cast<int>(vertices);
-            json attributes{
-                {"POSITION", b.AccessorOf(b.ViewAt(positions, 12 * vertices, kArrayBuffer), kFloat,
-                                          "VEC3", n, least, most)},
-                {"NORMAL",
-                 b.AccessorOf(b.ViewAt(normals, 12 * vertices, kArrayBuffer), kFloat, "VEC3", n)},
-                {"TEXCOORD_0",
-                 b.AccessorOf(b.ViewAt(uvs, 8 * vertices, kArrayBuffer), kFloat, "VEC2", n)}};
-            if (coloured) {
-                attributes["COLOR_0"] =
-                    b.AccessorOf(b.ViewAt(colours, 12 * vertices, kArrayBuffer), kFloat, "VEC3", n);
-            }
+            const auto accessor = [&](std::size_t at, std::size_t bytes, const char* type,
+                                      std::span<const float> lo = {},
+                                      std::span<const float> hi = {}) {
+                return std::to_string(
+                    b.AccessorOf(b.ViewAt(at, bytes, kArrayBuffer), kFloat, type, n, lo, hi));
+            };
+            // One after another, so that the accessors are numbered in this order.
+            std::string attributes =
+                "{\"POSITION\":" + accessor(positions, 12 * vertices, "VEC3", least, most);
+            attributes += ",\"NORMAL\":" + accessor(normals, 12 * vertices, "VEC3");
+            attributes += ",\"TEXCOORD_0\":" + accessor(uvs, 8 * vertices, "VEC2");
+            if (coloured) attributes += ",\"COLOR_0\":" + accessor(colours, 12 * vertices, "VEC3");
             const int corners = static_cast<int>(3 * triangles);
             const int index = b.AccessorOf(b.ViewAt(indices, 12 * triangles, kElementArrayBuffer),
                                            kUnsignedInt, "SCALAR", corners);
-            primitives.push_back(
-                {{"attributes", attributes}, {"indices", index}, {"material", material}});
+            if (!primitives.empty()) primitives += ',';
+            primitives += "{\"attributes\":" + attributes +
+                          "},\"indices\":" + std::to_string(index) +
+                          ",\"material\":" + std::to_string(material) + '}';
             print.Add(b.Bytes(positions, 12 * vertices));
             print.Add(b.Bytes(uvs, 8 * vertices));
             print.Add(b.Bytes(indices, 12 * triangles));
         }
         extras["mesh_fingerprint"] = print.Text();
-        json& meshes = out_.doc["meshes"];
-        meshes.push_back({{"name", Utf8From1252(sub.Name)}, {"primitives", primitives}});
-        return static_cast<int>(meshes.size()) - 1;
+        return b.AddMesh("{\"name\":" + json(Utf8From1252(sub.Name)).dump() + ",\"primitives\":[" +
+                         primitives + "]}");
     }
 
     // Children under their parents where the parents form a tree; the rest at the top.

@@ -13,6 +13,7 @@
 #include "model/oof_writer.h"
 #include "model/properties.h"
 #include "model/text_codec.h"
+#include "model/texture_rename.h"
 
 namespace mw {
 namespace {
@@ -52,9 +53,7 @@ std::optional<std::vector<T>> BlockOf(const ImportScene& scene, const json& extr
     const auto found = scene.Blocks.find(block.value("buffer_view", -1));
     if (found == scene.Blocks.end()) return std::nullopt;
     const std::vector<std::uint8_t>& bytes = found->second;
-    gltf::Fingerprint print;
-    print.Add(bytes);
-    if (bytes.size() % sizeof(T) != 0 || block.value("hash", std::string()) != print.Text())
+    if (bytes.size() % sizeof(T) != 0 || block.value("check", std::string()) != BlockCheck(bytes))
         return std::nullopt;
     std::vector<T> values(bytes.size() / sizeof(T));
     if (!values.empty()) std::memcpy(values.data(), bytes.data(), bytes.size());
@@ -432,6 +431,7 @@ class Builder {
         if (name.empty()) return -1;
         name = LowerCase1252(Cp1252FromUtf8(name));
         if (name.size() > kTextureNameLength) name.resize(kTextureNameLength);
+        name = RenamedTexture(name);
         for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
             if (m_.Textures[t].Name == name) return static_cast<int>(t);
         }
@@ -449,13 +449,25 @@ class Builder {
         };
         struct KeyHash {
             std::size_t operator()(const Key& k) const {
-                std::uint64_t h = 1469598103934665603ull;
-                for (const std::uint32_t b : k.bits)
-                    h = (h ^ b) * 1099511628211ull;
-                return static_cast<std::size_t>(h);
+                // Three 64-bit words mixed by multiplication, then folded.
+                std::uint64_t h = 0;
+                for (std::size_t i = 0; i < 6; i += 2) {
+                    const std::uint64_t word = k.bits[i] | std::uint64_t{k.bits[i + 1]} << 32;
+                    h = (h ^ word) * 0x9E3779B97F4A7C15ull;
+                }
+                return static_cast<std::size_t>(h ^ (h >> 32));
             }
         };
         std::unordered_map<Key, int, KeyHash> shared;
+        std::size_t vertexCount = 0;
+        for (const int mesh : s_.Nodes[static_cast<std::size_t>(node)].Meshes) {
+            for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives)
+                vertexCount += p.VertexCount();
+        }
+        shared.reserve(vertexCount);
+        sub.Vertices.reserve(vertexCount);
+        const bool identity = IsIdentity(bake);
+        const Transform normalBake = NormalTransform(bake);
         bool anyMissingNormals = false;
         for (const int mesh : s_.Nodes[static_cast<std::size_t>(node)].Meshes) {
             for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives) {
@@ -477,11 +489,12 @@ class Builder {
                     const Vector3 pos{p.Positions[3 * v], p.Positions[3 * v + 1],
                                       p.Positions[3 * v + 2]};
                     Vertex vertex;
-                    vertex.Position = Mirror(TransformPoint(bake, pos));
+                    vertex.Position = Mirror(identity ? pos : TransformPoint(bake, pos));
                     if (normals) {
                         const Vector3 n{p.Normals[3 * v], p.Normals[3 * v + 1],
                                         p.Normals[3 * v + 2]};
-                        vertex.Normal = Mirror(UnitOrZero(TransformNormal(bake, n)));
+                        vertex.Normal =
+                            Mirror(UnitOrZero(identity ? n : TransformDirection(normalBake, n)));
                     }
                     position[v] = vertex.Position;
                     Key key{};
@@ -596,28 +609,32 @@ ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& optio
         result.Error = "At that scale the model would be too small or too large for the game.";
         return result;
     }
-    // Whatever the extras say, the model must be one the reader takes.
-    ModelData copy = model;
-    if (readOOF(result.Model, WriteOOF(copy)) != ResultCode::Success) {
-        result.Status = ImportStatus::Unreadable;
-        result.Error = "The model made from the file could not be read back.";
-        return result;
-    }
     if (result.Exact) {
-        // Derived as a load derives it, without a write between: a save turns the axes of
-        // keys with no angle, so a write and a read would not give the kept keys back.
-        for (std::size_t s = 0; s < model.SubObjects.size(); ++s) {
-            SubObject& sub = model.SubObjects[s];
-            ParseProperties(sub);
-            for (const Vertex& v : sub.Vertices) {
-                sub.BoxMin = ComponentMin(sub.BoxMin, v.Position);
-                sub.BoxMax = ComponentMax(sub.BoxMax, v.Position);
-                if (v.Alpha < 0.99f) sub.HasAlpha = true;
-            }
-            CalcRotMatrix(model, static_cast<int>(s));
+        // Whatever the extras say, the model must be one the reader takes.
+        ModelData copy = model;
+        ModelData check;
+        if (readOOF(check, WriteOOF(copy)) != ResultCode::Success) {
+            result.Status = ImportStatus::Unreadable;
+            result.Error = "The model kept in the file's extras is damaged.";
+            return result;
         }
-        result.Model = std::move(model);
     }
+    // Derived as a load derives it. Not through a write and a read: a save turns the axes
+    // of keys with no angle, so the kept keys would not come back.
+    for (std::size_t s = 0; s < model.SubObjects.size(); ++s) {
+        SubObject& sub = model.SubObjects[s];
+        ParseProperties(sub);
+        sub.BoxMin = {90000.0f, 90000.0f, 90000.0f};
+        sub.BoxMax = {-90000.0f, -90000.0f, -90000.0f};
+        sub.HasAlpha = false;
+        for (const Vertex& v : sub.Vertices) {
+            sub.BoxMin = ComponentMin(sub.BoxMin, v.Position);
+            sub.BoxMax = ComponentMax(sub.BoxMax, v.Position);
+            if (v.Alpha < 0.99f) sub.HasAlpha = true;
+        }
+        CalcRotMatrix(model, static_cast<int>(s));
+    }
+    result.Model = std::move(model);
     CreatePushPop(result.Model);
     return result;
 }

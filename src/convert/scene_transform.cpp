@@ -43,7 +43,7 @@ Vector3 TransformDirection(const Transform& m, Vector3 d) {
             static_cast<float>(m[2] * d.X + m[6] * d.Y + m[10] * d.Z)};
 }
 
-Vector3 TransformNormal(const Transform& m, Vector3 n) {
+Transform NormalTransform(const Transform& m) {
     // The cofactor matrix is the inverse transpose up to a positive factor (for transforms
     // that keep handedness; a mirroring one flips it, which the sign of the determinant mends).
     const double a = m[0], b = m[4], c = m[8], d = m[1], e = m[5], f = m[9], g = m[2], h = m[6],
@@ -51,11 +51,20 @@ Vector3 TransformNormal(const Transform& m, Vector3 n) {
     const double c00 = e * i - f * h, c01 = f * g - d * i, c02 = d * h - e * g;
     const double c10 = c * h - b * i, c11 = a * i - c * g, c12 = b * g - a * h;
     const double c20 = b * f - c * e, c21 = c * d - a * f, c22 = a * e - b * d;
-    const double det = a * c00 + b * c01 + c * c02;
-    const double sign = det < 0.0 ? -1.0 : 1.0;
-    return {static_cast<float>(sign * (c00 * n.X + c01 * n.Y + c02 * n.Z)),
-            static_cast<float>(sign * (c10 * n.X + c11 * n.Y + c12 * n.Z)),
-            static_cast<float>(sign * (c20 * n.X + c21 * n.Y + c22 * n.Z))};
+    const double sign = a * c00 + b * c01 + c * c02 < 0.0 ? -1.0 : 1.0;
+    return {sign * c00, sign * c10, sign * c20, 0, sign * c01, sign * c11, sign * c21, 0,
+            sign * c02, sign * c12, sign * c22, 0, 0,          0,          0,          1};
+}
+
+Vector3 TransformNormal(const Transform& m, Vector3 n) {
+    return TransformDirection(NormalTransform(m), n);
+}
+
+bool IsIdentity(const Transform& m) {
+    for (std::size_t i = 0; i < 16; ++i) {
+        if (m[i] != (i % 5 == 0 ? 1.0 : 0.0)) return false;
+    }
+    return true;
 }
 
 Vector3 TranslationOf(const Transform& m) {

@@ -19,6 +19,10 @@ Vector3 TransformPoint(const Transform& m, Vector3 p);
 Vector3 TransformDirection(const Transform& m, Vector3 d);
 // A normal carried through the transform: the inverse transpose of the linear part.
 Vector3 TransformNormal(const Transform& m, Vector3 n);
+// The transform TransformDirection applies to normals for TransformNormal (made once for
+// many normals).
+Transform NormalTransform(const Transform& m);
+bool IsIdentity(const Transform& m);
 Vector3 TranslationOf(const Transform& m);
 
 }  // namespace mw

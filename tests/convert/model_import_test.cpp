@@ -5,7 +5,11 @@
 #include <cmath>
 #include <fstream>
 
+#include "cli/cli.h"
 #include "convert/model_import.h"
+#include "model/geometry.h"
+#include "model/oof_reader.h"
+#include "model/oof_writer.h"
 #include "support/cli_run.h"
 #include "support/temp_dir.h"
 
@@ -65,6 +69,19 @@ std::string SceneGltf() {
     return doc.dump();
 }
 
+// The imported model is what loading its saved file gives.
+void ExpectAsLoaded(const ModelData& imported) {
+    ModelData copy = imported, loaded;
+    ASSERT_EQ(readOOF(loaded, WriteOOF(copy)), ResultCode::Success);
+    CreatePushPop(loaded);
+    copy = imported;
+    copy.Version = loaded.Version;  // the writer's
+    copy.PinfText = loaded.PinfText;
+    EXPECT_EQ(ModelJson(copy, true), ModelJson(loaded, true));
+    EXPECT_EQ(copy.PushFlags, loaded.PushFlags);
+    EXPECT_EQ(copy.PopFlags, loaded.PopFlags);
+}
+
 void ExpectNear(Vector3 a, Vector3 b) {
     EXPECT_NEAR(a.X, b.X, 1e-5f);
     EXPECT_NEAR(a.Y, b.Y, 1e-5f);
@@ -109,6 +126,7 @@ TEST(ModelImport, GltfNodesBecomeSubObjectsAndPoints) {
     EXPECT_EQ(m.GunPoints[0].Parent, 0);
     ExpectNear(m.GunPoints[0].Position, {-2.0f, 0.0f, 0.0f});
     ExpectNear(m.GunPoints[0].Normal, {0.0f, 1.0f, 0.0f});
+    ExpectAsLoaded(m);
 }
 
 TEST(ModelImport, ObjQuadsStayQuadsWithTheirTextureNames) {
@@ -142,6 +160,7 @@ TEST(ModelImport, ObjQuadsStayQuadsWithTheirTextureNames) {
     const FaceVertex& first = box.Corners[3];  // the file's first corner, now last
     EXPECT_FLOAT_EQ(first.U, 0.0f);
     EXPECT_FLOAT_EQ(first.V, 1.0f);
+    ExpectAsLoaded(m);
 }
 
 TEST(ModelImport, PlyPolygons) {
