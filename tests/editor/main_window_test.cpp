@@ -14,6 +14,7 @@
 #include <QToolBar>
 #include <QTreeWidget>
 #include <cstdlib>
+#include <fstream>
 
 #include "editor/actions.h"
 #include "editor/document.h"
@@ -27,6 +28,7 @@
 #include "support/editor_window.h"
 #include "support/sample_document.h"
 #include "support/scripted_prompts.h"
+#include "support/temp_dir.h"
 
 namespace mw {
 namespace {
@@ -329,6 +331,50 @@ TEST_F(EditorTest, EveryControlHasAnAccessibleName) {
                 EXPECT_FALSE(a->text().isEmpty());
             }
         }
+    }
+}
+
+// A model made from an OBJ file with a picture beside it: the editor shows the picture on
+// the model at once.
+TEST_F(EditorTest, ImportedModelShowsThePictureBesideIt) {
+    const test::TempDir dir("editor_import");
+    {
+        std::ofstream(dir / "crate.mtl") << "newmtl wood\nmap_Kd crate_side.png\n";
+        std::ofstream(dir / "crate.obj")
+            << "mtllib crate.mtl\no Crate\n"
+               "v -1 -1 -1\nv 1 -1 -1\nv 1 1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
+               "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nusemtl wood\n"
+               "f 5/1 6/2 7/3 8/4\nf 2/1 1/2 4/3 3/4\nf 1/1 5/2 8/3 4/4\nf 6/1 2/2 3/3 7/4\n"
+               "f 8/1 7/2 3/3 4/4\nf 1/1 2/2 6/3 5/4\n";
+    }
+    QImage picture(32, 32, QImage::Format_RGBA8888);
+    picture.fill(QColor(250, 20, 200));
+    for (int i = 0; i < 32; ++i)
+        picture.setPixelColor(i, i, QColor(20, 250, 40));
+    ASSERT_TRUE(picture.save(QString::fromStdString((dir / "crate_side.png").string())));
+
+    window_->resize(900, 700);
+    ASSERT_TRUE(Part<FileCommands>().ImportModelFrom(
+        QString::fromStdString((dir / "crate.obj").string())));
+    EXPECT_EQ(doc().ModelTitle(), "crate.oof");
+    EXPECT_TRUE(doc().isModified());
+    const ModelTextures& textures = Part<ModelTextures>();
+    ASSERT_EQ(textures.loaded().Resolved.size(), 1u);
+    EXPECT_EQ(textures.loaded().Resolved[0].Source, TextureSource::Loose);
+    doc().SetViewType(ViewType::Textured);
+    QTest::qWait(100);
+    const QImage frame = ViewportImage();
+    int pink = 0;
+    for (int y = 0; y < frame.height(); y += 2) {
+        for (int x = 0; x < frame.width(); x += 2) {
+            const QColor c = frame.pixelColor(x, y);
+            pink += c.red() > 200 && c.green() < 80 && c.blue() > 150;
+        }
+    }
+    EXPECT_GT(pink, 100);
+    if (const QString path = ScreenshotPath("editor-imported.png"); !path.isEmpty()) {
+        emit Part<MainActions>().menu("mnuFile")->aboutToShow();
+        EXPECT_TRUE(WindowImage().save(path));
     }
 }
 
