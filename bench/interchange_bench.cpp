@@ -59,7 +59,6 @@ const std::filesystem::path& LargeGlb() {
         std::vector<std::uint8_t> glb = ExportGLB(m, {});
         const std::uint32_t jsonLength = glb[12] | glb[13] << 8 | glb[14] << 16 | glb[15] << 24;
         auto doc = nlohmann::json::parse(glb.begin() + 20, glb.begin() + 20 + jsonLength);
-        doc["scenes"][0].erase("extras");
         for (auto& node : doc["nodes"])
             node.erase("extras");
         std::string text = doc.dump();

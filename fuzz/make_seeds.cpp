@@ -3,6 +3,7 @@
 #include <iostream>
 #include <tuple>
 
+#include "convert/gltf_export.h"
 #include "convert/orf_writer.h"
 #include "gamedata/hog.h"
 #include "gamedata/settings.h"
@@ -41,6 +42,20 @@ int main(int argc, char** argv) {
     small.MergeTable.resize(1);
     small.Batteries.clear();
     ok &= Put(dir / "oof", "hull.oof", mw::WriteOOF(small));
+    ok &= Put(dir / "gltf", "ship.glb", mw::ExportGLB(mw::BuildSampleModel(), {}));
+    ok &= Put(dir / "gltf", "hull.glb", mw::ExportGLB(small, {}));
+    // A file as another program writes it: one triangle under a turned node, an empty
+    // named as a gun point, no extras.
+    ok &= Put(dir / "gltf", "triangle.gltf",
+              Text(R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],)"
+                   R"("nodes":[{"name":"Body","mesh":0,"rotation":[0,0.7071,0,0.7071],)"
+                   R"("children":[1]},{"name":"Gun_0","translation":[0,0,1]}],)"
+                   R"("meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],)"
+                   R"("buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,)"
+                   R"(AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}],)"
+                   R"("bufferViews":[{"buffer":0,"byteLength":36}],)"
+                   R"("accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3",)"
+                   R"("min":[0,0,0],"max":[1,1,0]}]})"));
 
     for (bool points : {false, true}) {
         std::vector<int> slots;

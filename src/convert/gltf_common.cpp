@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 namespace mw::gltf {
 namespace {
@@ -173,6 +174,41 @@ std::uint8_t ByteFromLinear(float linear) {
     return static_cast<std::uint8_t>(std::lround(s * 255.0));
 }
 
+const nlohmann::json& Member(const nlohmann::json& object, const char* key) {
+    static const nlohmann::json kMissing;
+    if (!object.is_object()) return kMissing;
+    const auto found = object.find(key);
+    return found == object.end() ? kMissing : *found;
+}
+
+int IntFrom(const nlohmann::json& j, int fallback) {
+    constexpr double kLeast = std::numeric_limits<int>::min(),
+                     kMost = std::numeric_limits<int>::max();
+    if (j.is_number_unsigned()) {
+        const auto v = j.get<std::uint64_t>();
+        return v <= static_cast<std::uint64_t>(kMost) ? static_cast<int>(v) : fallback;
+    }
+    if (j.is_number_integer()) {
+        const auto v = j.get<std::int64_t>();
+        return v >= kLeast && v <= kMost ? static_cast<int>(v) : fallback;
+    }
+    if (j.is_number_float()) {
+        const double v = j.get<double>();
+        return v >= kLeast && v <= kMost && v == std::floor(v) ? static_cast<int>(v) : fallback;
+    }
+    return fallback;
+}
+
+bool BoolFrom(const nlohmann::json& j, bool fallback) {
+    if (j.is_boolean()) return j.get<bool>();
+    if (j.is_number()) return j.get<double>() != 0.0;
+    return fallback;
+}
+
+std::string StringFrom(const nlohmann::json& j) {
+    return j.is_string() ? j.get<std::string>() : std::string();
+}
+
 nlohmann::json FloatJson(float f) {
     if (std::isfinite(f)) return static_cast<double>(f);
     char text[16];
@@ -181,7 +217,14 @@ nlohmann::json FloatJson(float f) {
 }
 
 float FloatFrom(const nlohmann::json& j) {
-    if (j.is_number()) return static_cast<float>(j.get<double>());
+    if (j.is_number()) {
+        // Beyond the range of a float is infinity, as a float would hold it.
+        const double d = j.get<double>();
+        constexpr double kMost = std::numeric_limits<float>::max();
+        if (d > kMost) return std::numeric_limits<float>::infinity();
+        if (d < -kMost) return -std::numeric_limits<float>::infinity();
+        return static_cast<float>(d);
+    }
     if (j.is_string()) {
         const std::string text = j.get<std::string>();
         std::uint32_t bits = 0;

@@ -29,6 +29,11 @@ inline Vector3 Mirror(Vector3 v) {
     return {-v.X, v.Y, v.Z};
 }
 
+// Mirror for values read from other programs: the same, but 0 stays 0 (not -0).
+inline Vector3 Unmirror(Vector3 v) {
+    return {0.0f - v.X, v.Y, v.Z};
+}
+
 using Quaternion = std::array<double, 4>;  // x, y, z, w as glTF stores them
 
 // The rotation of a 3x3 matrix given by its columns.
@@ -58,6 +63,14 @@ std::optional<PointName> ParsePointNodeName(std::string_view name);
 // glTF colours are linear; face colours are bytes meant as shown (sRGB).
 float LinearFromByte(std::uint8_t c);
 std::uint8_t ByteFromLinear(float linear);
+
+// Members of JSON read without trusting their types (another program may have rewritten
+// them: Blender, for one, writes true as 1). A member that is missing or of another type
+// gives the fallback.
+const nlohmann::json& Member(const nlohmann::json& object, const char* key);
+int IntFrom(const nlohmann::json& j, int fallback = 0);
+bool BoolFrom(const nlohmann::json& j, bool fallback = false);
+std::string StringFrom(const nlohmann::json& j);
 
 // Floats inside JSON, bit-exact: a finite value as a number, any other as "0x" and its bits.
 nlohmann::json FloatJson(float f);

@@ -170,20 +170,17 @@ struct FaceRecord {
 };
 static_assert(sizeof(FaceRecord) == 40);
 
-// Keys as the extras keep them; 16 and 20 bytes.
-struct PosKeyRecord {
-    std::int32_t Frame;
-    Vector3 Position;
-};
-struct RotKeyRecord {
-    std::int32_t Frame;
-    Vector3 Axis;
-    std::int32_t Angle;
-};
-static_assert(sizeof(PosKeyRecord) == 16 && sizeof(RotKeyRecord) == 20);
-
 // More face colours than this in one model are written as vertex colours.
 constexpr std::size_t kMaxColourMaterials = 16;
+
+// glTF holds finite numbers only; what is not (a damaged model's) is shown as 0 there and
+// kept exactly in the extras.
+float FiniteOr0(float f) {
+    return std::isfinite(f) ? f : 0.0f;
+}
+Vector3 Finite(Vector3 v) {
+    return {FiniteOr0(v.X), FiniteOr0(v.Y), FiniteOr0(v.Z)};
+}
 
 Vector3 UnitOr(Vector3 v, Vector3 fallback) {
     const float length = Length(v);
@@ -248,7 +245,9 @@ class Exporter {
         Points();
         Animation();
         doc["scenes"] = json::array({{{"name", "Model"}, {"nodes", roots_}}});
-        doc["scenes"][0]["extras"][kExtrasKey] = ModelExtras();
+        // The model's own fields go with the first sub-object's node: Blender keeps a node's
+        // extras as they are, but writes a scene's back as text of its own.
+        doc["nodes"][0]["extras"][kExtrasKey]["model"] = ModelExtras();
         doc["scene"] = 0;
         for (const char* list : {"materials"}) {
             if (doc[list].empty()) doc.erase(list);
@@ -369,7 +368,7 @@ class Exporter {
     json SubObjectNode(int s) {
         const SubObject& sub = m_.Sub(s);
         json node{{"name", Utf8From1252(sub.Name)}};
-        if (sub.Offset != Vector3{}) node["translation"] = VectorJson(Mirror(sub.Offset));
+        if (sub.Offset != Vector3{}) node["translation"] = VectorJson(Finite(Mirror(sub.Offset)));
         node["extras"]["pof_properties"] = Utf8From1252(sub.Properties);
         json extras = SubObjectExtras(sub);
         if (const auto mesh = Mesh(sub, extras)) node["mesh"] = *mesh;
@@ -391,18 +390,24 @@ class Exporter {
                {"center", VectorJson(sub.Center)},
                {"kept_int_c", sub.KeptIntC},
                {"kept_int_d", sub.KeptIntD}};
-        std::vector<PosKeyRecord> pos;
-        for (const PosKey& k : sub.Pos.Keys)
-            pos.push_back({k.Frame, k.Position});
-        std::vector<RotKeyRecord> rot;
-        for (const RotKey& k : sub.Rot.Keys)
-            rot.push_back({k.Frame, k.Axis, k.Angle});
-        e["position_keys"] = Block(pos);
-        e["position_keys"]["first"] = sub.Pos.FirstFrame;
-        e["position_keys"]["last"] = sub.Pos.LastFrame;
-        e["rotation_keys"] = Block(rot);
-        e["rotation_keys"]["first"] = sub.Rot.FirstFrame;
-        e["rotation_keys"]["last"] = sub.Rot.LastFrame;
+        // Keys as numbers (another program keeps these, not the buffer views): a position key
+        // as frame, x, y, z; a rotation key as frame, x, y, z, angle.
+        json pos = json::array(), rot = json::array();
+        for (const PosKey& k : sub.Pos.Keys) {
+            pos.push_back(k.Frame);
+            for (const json& v : VectorJson(k.Position))
+                pos.push_back(v);
+        }
+        for (const RotKey& k : sub.Rot.Keys) {
+            rot.push_back(k.Frame);
+            for (const json& v : VectorJson(k.Axis))
+                rot.push_back(v);
+            rot.push_back(k.Angle);
+        }
+        e["position_keys"] = {
+            {"first", sub.Pos.FirstFrame}, {"last", sub.Pos.LastFrame}, {"keys", std::move(pos)}};
+        e["rotation_keys"] = {
+            {"first", sub.Rot.FirstFrame}, {"last", sub.Rot.LastFrame}, {"keys", std::move(rot)}};
         e["vertices"] = Block(sub.Vertices);
         e["faces"] = FaceBlock(sub.Faces);
         e["corners"] = Block(sub.Corners);
@@ -484,7 +489,7 @@ class Exporter {
                 for (std::uint32_t c = 0; c < count; ++c, ++v) {
                     const FaceVertex& fv = sub.Corners[firstCorner[f] + c];
                     const Vertex& vertex = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
-                    const Vector3 p = Mirror(vertex.Position);
+                    const Vector3 p = Finite(Mirror(vertex.Position));
                     const auto vi = static_cast<std::size_t>(fv.VertexIndex);
                     const Vector3 n = hasNormal[vi] ? unitNormals[vi] : faceNormal;
                     const std::array<float, 3> place{p.X, p.Y, p.Z};
@@ -495,7 +500,7 @@ class Exporter {
                     }
                     b.Put(positions + 12 * v, place.data(), 12);
                     b.Put(normals + 12 * v, &n, 12);
-                    const float uv[2] = {fv.U, fv.V};
+                    const float uv[2] = {FiniteOr0(fv.U), FiniteOr0(fv.V)};
                     b.Put(uvs + 8 * v, uv, 8);
                     if (coloured) b.Put(colours + 12 * v, colour.data(), 12);
                 }
@@ -571,7 +576,7 @@ class Exporter {
             for (std::size_t i = 0; i < list.size(); ++i) {
                 const ModelPoint& p = list[i];
                 json node{{"name", PointNodeName(type, static_cast<int>(i))}};
-                node["translation"] = VectorJson(Mirror(p.Position));
+                node["translation"] = VectorJson(Finite(Mirror(p.Position)));
                 node["rotation"] = QuaternionJson(PointRotation(m_, type, static_cast<int>(i)));
                 nodes.push_back(std::move(node));
                 const int index = static_cast<int>(nodes.size()) - 1;
@@ -603,7 +608,7 @@ class Exporter {
             if (m_.HasPANI) {
                 for (const PosKey& k : AnimatedKeys(sub.Pos.Keys)) {
                     times.push_back(static_cast<float>(k.Frame / kFramesPerSecond));
-                    const Vector3 p = Mirror(Add(sub.Offset, k.Position));
+                    const Vector3 p = Finite(Mirror(Add(sub.Offset, k.Position)));
                     values.insert(values.end(), {p.X, p.Y, p.Z});
                 }
                 if (!times.empty()) sampler(times, values, "VEC3", s, "translation");
@@ -648,30 +653,42 @@ class Exporter {
                {"has_pani", m_.HasPANI},
                {"has_rani", m_.HasRANI},
                {"sub_objects", m_.SubObjects.size()}};
-        json textures = json::array();
-        for (const Texture& t : m_.Textures)
-            textures.push_back(
-                {{"name", Utf8From1252(t.Name)}, {"game_name", Utf8From1252(t.GameName)}});
-        e["textures"] = textures;
+        // Only objects, texts, numbers and flat lists of numbers: Blender keeps those as they
+        // are (a list of objects or of lists it turns into one text). Lists of records are
+        // objects by index, and points flat lists of parent, position and normal.
+        json textures = json::object();
+        for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
+            textures[std::to_string(t)] = {{"name", Utf8From1252(m_.Textures[t].Name)},
+                                           {"game_name", Utf8From1252(m_.Textures[t].GameName)}};
+        }
+        e["textures"] = std::move(textures);
         json points = json::object();
         for (const PointType type : kPointTypes) {
             json list = json::array();
-            for (const ModelPoint& p : m_.Points(type))
-                list.push_back(
-                    json::array({p.Parent, VectorJson(p.Position), VectorJson(p.Normal)}));
-            points[PointTag(type)] = list;
+            for (const ModelPoint& p : m_.Points(type)) {
+                list.push_back(p.Parent);
+                for (const Vector3 v : {p.Position, p.Normal}) {
+                    for (const json& f : VectorJson(v))
+                        list.push_back(f);
+                }
+            }
+            points[PointTag(type)] = std::move(list);
         }
-        e["points"] = points;
+        e["points"] = std::move(points);
         if (m_.Special) {
             e["special"] = {{"name", Utf8From1252(m_.Special->Name)},
                             {"properties", Utf8From1252(m_.Special->Properties)},
                             {"position", VectorJson(m_.Special->Position)},
                             {"radius", FloatJson(m_.Special->Radius)}};
         }
-        json batteries = json::array();
-        for (const WeaponBattery& b : m_.Batteries)
-            batteries.push_back({{"guns", b.GunPoints}, {"turrets", b.Turrets}});
-        e["batteries"] = batteries;
+        json batteries = json::object();
+        for (std::size_t b = 0; b < m_.Batteries.size(); ++b) {
+            batteries[std::to_string(b)] = {{"guns", m_.Batteries[b].GunPoints},
+                                            {"turrets", m_.Batteries[b].Turrets}};
+        }
+        e["batteries"] = std::move(batteries);
+        e["battery_count"] = m_.Batteries.size();
+        e["texture_count"] = m_.Textures.size();
         return e;
     }
 

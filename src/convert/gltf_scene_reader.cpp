@@ -172,11 +172,7 @@ void KeepBlocks(const tinygltf::Model& model, const nlohmann::json& extras,
     const nlohmann::json& e = extras[gltf::kExtrasKey];
     if (!e.is_object()) return;
     for (const auto& [key, value] : e.items()) {
-        if (!value.is_object() || !value.contains("buffer_view") ||
-            !value["buffer_view"].is_number_integer()) {
-            continue;
-        }
-        const int index = value["buffer_view"].get<int>();
+        const int index = gltf::IntFrom(gltf::Member(value, "buffer_view"), -1);
         if (index < 0 || index >= static_cast<int>(model.bufferViews.size()) ||
             blocks.contains(index))
             continue;
@@ -203,26 +199,79 @@ std::string PictureName(const tinygltf::Model& model, int texture) {
 
 }  // namespace
 
-bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& error) {
-    tinygltf::TinyGLTF loader;
-    loader.SetImageLoader(SkipPictures, nullptr);
-    loader.SetStoreOriginalJSONForExtrasAndExtensions(true);
-    tinygltf::Model model;
-    std::string warning;
-    const bool binary = LowerCase1252(std::filesystem::path(path).extension().string()) == ".glb";
-    const bool read = binary ? loader.LoadBinaryFromFile(&model, &error, &warning, path)
-                             : loader.LoadASCIIFromFile(&model, &error, &warning, path);
+namespace {
+
+// What tinygltf has read, as a scene.
+bool SceneOf(const tinygltf::Model& model, ImportScene& scene, std::string& error);
+
+bool Finish(bool read, const tinygltf::Model& model, ImportScene& scene, std::string& error) {
     if (!read) {
         if (error.empty()) error = "The file could not be read as glTF.";
         while (!error.empty() && error.back() == '\n')
             error.pop_back();
         return false;
     }
+    return SceneOf(model, scene, error);
+}
+
+tinygltf::TinyGLTF Loader() {
+    tinygltf::TinyGLTF loader;
+    loader.SetImageLoader(SkipPictures, nullptr);
+    loader.SetStoreOriginalJSONForExtrasAndExtensions(true);
+    return loader;
+}
+
+// File access refused: bytes given alone have nothing beside them.
+bool NoFile(const std::string&, void*) {
+    return false;
+}
+std::string SamePath(const std::string& path, void*) {
+    return path;
+}
+bool NoRead(std::vector<unsigned char>*, std::string* error, const std::string& path, void*) {
+    if (error != nullptr) *error = "No file beside the bytes: " + path;
+    return false;
+}
+bool NoWrite(std::string* error, const std::string&, const std::vector<unsigned char>&, void*) {
+    if (error != nullptr) *error = "Nothing is written.";
+    return false;
+}
+
+}  // namespace
+
+bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& error) {
+    tinygltf::TinyGLTF loader = Loader();
+    tinygltf::Model model;
+    std::string warning;
+    const bool binary = LowerCase1252(std::filesystem::path(path).extension().string()) == ".glb";
+    const bool read = binary ? loader.LoadBinaryFromFile(&model, &error, &warning, path)
+                             : loader.LoadASCIIFromFile(&model, &error, &warning, path);
+    return Finish(read, model, scene, error);
+}
+
+bool ReadGltfSceneFromBytes(std::span<const std::uint8_t> bytes, ImportScene& scene,
+                            std::string& error) {
+    tinygltf::TinyGLTF loader = Loader();
+    loader.SetFsCallbacks({NoFile, SamePath, NoRead, NoWrite, nullptr});
+    tinygltf::Model model;
+    std::string warning;
+    const auto size = static_cast<unsigned int>(bytes.size());
+    const bool binary = bytes.size() >= 4 && std::memcmp(bytes.data(), "glTF", 4) == 0;
+    const bool read =
+        binary ? loader.LoadBinaryFromMemory(&model, &error, &warning, bytes.data(), size, "")
+               : loader.LoadASCIIFromString(&model, &error, &warning,
+                                            reinterpret_cast<const char*>(bytes.data()), size, "");
+    return Finish(read, model, scene, error);
+}
+
+namespace {
+
+bool SceneOf(const tinygltf::Model& model, ImportScene& scene, std::string& error) {
     for (const tinygltf::Material& m : model.materials) {
         SceneMaterial material;
         material.Name = m.name;
         const nlohmann::json extras = ExtrasOf(m.extras_json_string);
-        material.Untextured = extras.is_object() && extras.value("d3_untextured", false) == true;
+        material.Untextured = gltf::BoolFrom(gltf::Member(extras, "d3_untextured"));
         if (extras.is_object() && extras.contains("d3_texture") &&
             extras["d3_texture"].is_string()) {
             material.Texture = extras["d3_texture"].get<std::string>();
@@ -251,7 +300,6 @@ bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& err
     if (sceneIndex < static_cast<int>(model.scenes.size())) {
         const tinygltf::Scene& s = model.scenes[static_cast<std::size_t>(sceneIndex)];
         roots = s.nodes;
-        scene.Extras = ExtrasOf(s.extras_json_string);
     } else {
         for (std::size_t n = 0; n < model.nodes.size(); ++n)
             roots.push_back(static_cast<int>(n));
@@ -301,5 +349,7 @@ bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& err
     }
     return true;
 }
+
+}  // namespace
 
 }  // namespace mw

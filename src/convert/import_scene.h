@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -55,13 +56,16 @@ struct ImportScene {
     std::vector<SceneNode> Nodes;  // parents before children
     std::vector<SceneMesh> Meshes;
     std::vector<SceneMaterial> Materials;
-    nlohmann::json Extras;  // the scene's; null when none
     // The bytes of the buffer views the nodes' "descent3" extras name, by index.
     std::map<int, std::vector<std::uint8_t>> Blocks;
 };
 
 // Reads a .gltf or .glb file; false with `error` set when the file cannot be read.
 bool ReadGltfScene(const std::string& path, ImportScene& scene, std::string& error);
+
+// The same for the bytes of a .glb or .gltf given alone (nothing beside them is read).
+bool ReadGltfSceneFromBytes(std::span<const std::uint8_t> bytes, ImportScene& scene,
+                            std::string& error);
 
 // Reads any other format the Open Asset Import Library knows.
 bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& error);

@@ -31,17 +31,7 @@ struct FaceRecord {
     std::uint32_t KeptA, KeptB;
     std::int32_t Primitive;
 };
-struct PosKeyRecord {
-    std::int32_t Frame;
-    Vector3 Position;
-};
-struct RotKeyRecord {
-    std::int32_t Frame;
-    Vector3 Axis;
-    std::int32_t Angle;
-};
 static_assert(sizeof(FaceRecord) == 40 && sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
-static_assert(sizeof(PosKeyRecord) == 16 && sizeof(RotKeyRecord) == 20);
 
 // Records kept in a buffer view, when the view still holds what was written there.
 template <typename T>
@@ -49,11 +39,11 @@ std::optional<std::vector<T>> BlockOf(const ImportScene& scene, const json& extr
                                       const char* key) {
     if (!extras.contains(key) || !extras[key].is_object()) return std::nullopt;
     const json& block = extras[key];
-    if (block.value("empty", false) == true) return std::vector<T>{};
-    const auto found = scene.Blocks.find(block.value("buffer_view", -1));
+    if (BoolFrom(Member(block, "empty"))) return std::vector<T>{};
+    const auto found = scene.Blocks.find(IntFrom(Member(block, "buffer_view"), -1));
     if (found == scene.Blocks.end()) return std::nullopt;
     const std::vector<std::uint8_t>& bytes = found->second;
-    if (bytes.size() % sizeof(T) != 0 || block.value("check", std::string()) != BlockCheck(bytes))
+    if (bytes.size() % sizeof(T) != 0 || StringFrom(Member(block, "check")) != BlockCheck(bytes))
         return std::nullopt;
     std::vector<T> values(bytes.size() / sizeof(T));
     if (!values.empty()) std::memcpy(values.data(), bytes.data(), bytes.size());
@@ -62,12 +52,10 @@ std::optional<std::vector<T>> BlockOf(const ImportScene& scene, const json& extr
 
 template <typename T>
 T Value(const json& j, const char* key, T fallback) {
-    if (!j.is_object() || !j.contains(key)) return fallback;
-    const json& v = j[key];
     if constexpr (std::is_same_v<T, bool>) {
-        return v.is_boolean() ? v.get<bool>() : fallback;
+        return BoolFrom(Member(j, key), fallback);
     } else {
-        return v.is_number() ? v.get<T>() : fallback;
+        return IntFrom(Member(j, key), fallback);
     }
 }
 
@@ -177,7 +165,7 @@ class Builder {
                                       ? TranslationOf(world_[static_cast<std::size_t>(
                                             subNodes_[static_cast<std::size_t>(sub.Parent)])])
                                       : Vector3{};
-            sub.Offset = Mirror(Subtract(here, above));
+            sub.Offset = Unmirror(Subtract(here, above));
             Transform bake = world_[static_cast<std::size_t>(node)];
             bake[12] = bake[13] = bake[14] = 0.0;
             Geometry(node, bake, sub);
@@ -204,8 +192,14 @@ class Builder {
     // The model our own export wrote, or nullopt when the file is not one or has been
     // changed past what the extras can follow (sub-objects added or removed).
     std::optional<ModelData> Exact() {
-        const json& e = Descent3(s_.Extras);
-        if (!e.is_object()) return std::nullopt;
+        // The model's fields are kept with the node of the first sub-object.
+        const json* model = nullptr;
+        for (const SceneNode& node : s_.Nodes) {
+            const json& sub = Descent3(node.Extras);
+            if (ExactOrder(sub) == 0 && Member(sub, "model").is_object()) model = &sub["model"];
+        }
+        if (model == nullptr) return std::nullopt;
+        const json& e = *model;
         const int count = Value<int>(e, "sub_objects", -1);
         if (count < 0 || count > 100000) return std::nullopt;
         subNodes_.assign(static_cast<std::size_t>(count), -1);
@@ -215,7 +209,7 @@ class Builder {
                 if (HasFaces(static_cast<int>(n))) return std::nullopt;
                 continue;
             }
-            const int order = ExactOrder(n);
+            const int order = ExactOrder(sub);
             if (order < 0 || order >= count || subNodes_[static_cast<std::size_t>(order)] != -1)
                 return std::nullopt;
             subNodes_[static_cast<std::size_t>(order)] = static_cast<int>(n);
@@ -225,45 +219,46 @@ class Builder {
             return std::nullopt;
 
         m_.Version = Value<int>(e, "version", 0);
-        m_.Header.Radius = FloatFrom(e.value("radius", json()));
-        m_.Header.Min = VectorFrom(e.value("min", json()));
-        m_.Header.Max = VectorFrom(e.value("max", json()));
+        m_.Header.Radius = FloatFrom(Member(e, "radius"));
+        m_.Header.Min = VectorFrom(Member(e, "min"));
+        m_.Header.Max = VectorFrom(Member(e, "max"));
         if (e.contains("header_list") && e["header_list"].is_array()) {
             for (const json& v : e["header_list"])
-                m_.HeaderList.push_back(v.is_number() ? v.get<int>() : 0);
+                m_.HeaderList.push_back(IntFrom(v));
         }
         m_.PinfText = Text(e, "pinf");
         m_.FrameMin = Value<int>(e, "frame_min", 0);
         m_.FrameMax = Value<int>(e, "frame_max", 1);
         m_.HasPANI = Value<bool>(e, "has_pani", false);
         m_.HasRANI = Value<bool>(e, "has_rani", false);
-        if (e.contains("textures") && e["textures"].is_array()) {
-            for (const json& t : e["textures"]) {
-                Texture texture;
-                texture.Name = Text(t, "name");
-                texture.GameName = Text(t, "game_name");
-                texture.LoadedName = texture.Name;
-                m_.Textures.push_back(std::move(texture));
-            }
+        const json& textures = Member(e, "textures");
+        const int textureCount =
+            std::min(Value<int>(e, "texture_count", 0),
+                     textures.is_object() ? static_cast<int>(textures.size()) : 0);
+        for (int t = 0; t < textureCount; ++t) {
+            const json& entry = Member(textures, std::to_string(t).c_str());
+            Texture texture;
+            texture.Name = Text(entry, "name");
+            texture.GameName = Text(entry, "game_name");
+            texture.LoadedName = texture.Name;
+            m_.Textures.push_back(std::move(texture));
         }
         if (e.contains("special") && e["special"].is_object()) {
             const json& sp = e["special"];
-            m_.Special = SpecialPoint{Text(sp, "name"), Text(sp, "properties"),
-                                      VectorFrom(sp.value("position", json())),
-                                      FloatFrom(sp.value("radius", json()))};
+            m_.Special =
+                SpecialPoint{Text(sp, "name"), Text(sp, "properties"),
+                             VectorFrom(Member(sp, "position")), FloatFrom(Member(sp, "radius"))};
         }
-        if (e.contains("batteries") && e["batteries"].is_array()) {
-            for (const json& b : e["batteries"]) {
-                WeaponBattery battery;
-                for (const char* key : {"guns", "turrets"}) {
-                    if (!b.contains(key) || !b[key].is_array()) continue;
-                    auto& list =
-                        std::string_view(key) == "guns" ? battery.GunPoints : battery.Turrets;
-                    for (const json& v : b[key])
-                        list.push_back(v.is_number() ? v.get<int>() : 0);
-                }
-                m_.Batteries.push_back(std::move(battery));
-            }
+        const json& batteries = Member(e, "batteries");
+        const int batteryCount = std::min(Value<int>(e, "battery_count", 0), kMaxBatteries);
+        for (int b = 0; b < batteryCount; ++b) {
+            const json& entry = Member(batteries, std::to_string(b).c_str());
+            WeaponBattery battery;
+            for (const json& v : Member(entry, "guns"))
+                battery.GunPoints.push_back(IntFrom(v));
+            for (const json& v : Member(entry, "turrets"))
+                battery.Turrets.push_back(IntFrom(v));
+            m_.Batteries.push_back(std::move(battery));
         }
         for (int i = 0; i < count; ++i)
             m_.SubObjects.push_back(ExactSubObject(subNodes_[static_cast<std::size_t>(i)]));
@@ -273,11 +268,8 @@ class Builder {
     }
 
   private:
-    int ExactOrder(std::size_t node) const {
-        // Sub-objects come back in the order of their records, which the export numbered.
-        const json& sub = Descent3(s_.Nodes[node].Extras);
-        return Value<int>(sub, "record", Value<int>(sub, "index", -1));
-    }
+    // Sub-objects come back in the order of their records, which the export numbered.
+    static int ExactOrder(const json& sub) { return Value<int>(sub, "record", -1); }
 
     SubObject ExactSubObject(int node) {
         const SceneNode& n = s_.Nodes[static_cast<std::size_t>(node)];
@@ -285,38 +277,44 @@ class Builder {
         SubObject sub;
         sub.Index = Value<int>(e, "index", 0);
         sub.Parent = Value<int>(e, "parent", -1);
-        sub.KeptVectorA = VectorFrom(e.value("kept_vector_a", json()));
-        sub.KeptFloat = FloatFrom(e.value("kept_float", json()));
-        sub.KeptVectorB = VectorFrom(e.value("kept_vector_b", json()));
-        sub.Offset = VectorFrom(e.value("offset", json()));
-        sub.Radius = FloatFrom(e.value("radius", json()));
+        sub.KeptVectorA = VectorFrom(Member(e, "kept_vector_a"));
+        sub.KeptFloat = FloatFrom(Member(e, "kept_float"));
+        sub.KeptVectorB = VectorFrom(Member(e, "kept_vector_b"));
+        sub.Offset = VectorFrom(Member(e, "offset"));
+        sub.Radius = FloatFrom(Member(e, "radius"));
         sub.KeptIntA = Value<int>(e, "kept_int_a", 0);
         sub.KeptIntB = Value<int>(e, "kept_int_b", 0);
-        sub.Center = VectorFrom(e.value("center", json()));
+        sub.Center = VectorFrom(Member(e, "center"));
         sub.KeptIntC = Value<int>(e, "kept_int_c", 0);
         sub.KeptIntD = Value<int>(e, "kept_int_d", 0);
         sub.Name = Cp1252FromUtf8(n.Name);
         sub.Properties = Text(n.Extras, "pof_properties");
-        // An offset moved in another program wins over the one kept.
+        const json& pos = Member(e, "position_keys");
+        sub.Pos.FirstFrame = Value<int>(pos, "first", 0);
+        sub.Pos.LastFrame = Value<int>(pos, "last", 0);
+        const json& posKeys = Member(pos, "keys");
+        for (std::size_t k = 0; posKeys.is_array() && k + 4 <= posKeys.size(); k += 4) {
+            sub.Pos.Keys.push_back({IntFrom(posKeys[k]),
+                                    {FloatFrom(posKeys[k + 1]), FloatFrom(posKeys[k + 2]),
+                                     FloatFrom(posKeys[k + 3])}});
+        }
+        const json& rot = Member(e, "rotation_keys");
+        sub.Rot.FirstFrame = Value<int>(rot, "first", 0);
+        sub.Rot.LastFrame = Value<int>(rot, "last", 0);
+        const json& rotKeys = Member(rot, "keys");
+        for (std::size_t k = 0; rotKeys.is_array() && k + 5 <= rotKeys.size(); k += 5) {
+            sub.Rot.Keys.push_back(
+                {IntFrom(rotKeys[k]),
+                 {FloatFrom(rotKeys[k + 1]), FloatFrom(rotKeys[k + 2]), FloatFrom(rotKeys[k + 3])},
+                 IntFrom(rotKeys[k + 4]),
+                 IdentityMatrix()});
+        }
+        // An offset moved in another program wins over the one kept; not for a sub-object
+        // with position keys, whose node such programs write in the pose of their first frame.
         const Vector3 translation = n.Translation ? *n.Translation : TranslationOf(n.Local);
-        if (!SamePlace(translation, Mirror(sub.Offset))) sub.Offset = Mirror(translation);
-        if (e.contains("position_keys")) {
-            const json& t = e["position_keys"];
-            sub.Pos.FirstFrame = Value<int>(t, "first", 0);
-            sub.Pos.LastFrame = Value<int>(t, "last", 0);
-            for (const PosKeyRecord& k : BlockOf<PosKeyRecord>(s_, e, "position_keys")
-                                             .value_or(std::vector<PosKeyRecord>{}))
-                sub.Pos.Keys.push_back({k.Frame, k.Position});
-        }
-        if (e.contains("rotation_keys")) {
-            const json& t = e["rotation_keys"];
-            sub.Rot.FirstFrame = Value<int>(t, "first", 0);
-            sub.Rot.LastFrame = Value<int>(t, "last", 0);
-            for (const RotKeyRecord& k : BlockOf<RotKeyRecord>(s_, e, "rotation_keys")
-                                             .value_or(std::vector<RotKeyRecord>{}))
-                sub.Rot.Keys.push_back({k.Frame, k.Axis, k.Angle, IdentityMatrix()});
-        }
-        const std::string kept = e.value("mesh_fingerprint", std::string());
+        if (sub.Pos.Keys.empty() && !SamePlace(translation, Mirror(sub.Offset)))
+            sub.Offset = Unmirror(translation);
+        const std::string kept = StringFrom(Member(e, "mesh_fingerprint"));
         const std::string now = Fingerprint(n.Meshes);
         auto vertices = BlockOf<Vertex>(s_, e, "vertices");
         auto faces = BlockOf<FaceRecord>(s_, e, "faces");
@@ -355,13 +353,14 @@ class Builder {
                 name && !HasFaces(static_cast<int>(n)))
                 nodes.emplace(std::pair{name->Type, name->Index}, static_cast<int>(n));
         }
-        const json& points = e.value("points", json::object());
+        const json& points = Member(e, "points");
         for (const PointType type : kPointTypes) {
             const char* tag = PointTag(type);
-            if (!points.contains(tag) || !points[tag].is_array()) continue;
-            for (const json& p : points[tag]) {
-                if (!p.is_array() || p.size() != 3 || !p[0].is_number()) continue;
-                m_.Points(type).push_back({p[0].get<int>(), VectorFrom(p[1]), VectorFrom(p[2])});
+            const json& list = Member(points, tag);
+            for (std::size_t k = 0; list.is_array() && k + 7 <= list.size(); k += 7) {
+                const auto at = [&](std::size_t i) { return FloatFrom(list[k + i]); };
+                m_.Points(type).push_back(
+                    {IntFrom(list[k]), {at(1), at(2), at(3)}, {at(4), at(5), at(6)}});
             }
         }
         for (const PointType type : {PointType::GPNT, PointType::ATCH, PointType::GRND}) {
@@ -404,13 +403,13 @@ class Builder {
                 ? TranslationOf(
                       world_[static_cast<std::size_t>(subNodes_[static_cast<std::size_t>(sub)])])
                 : Vector3{};
-        const Vector3 position = Mirror(Subtract(TranslationOf(w), origin));
-        const Vector3 direction = Mirror(UnitOrZero(TransformDirection(w, {0.0f, 1.0f, 0.0f})));
+        const Vector3 position = Unmirror(Subtract(TranslationOf(w), origin));
+        const Vector3 direction = Unmirror(UnitOrZero(TransformDirection(w, {0.0f, 1.0f, 0.0f})));
         auto& list = m_.Points(type);
         const auto i = static_cast<std::size_t>(index);
         list[i] = {std::max(sub, 0), position, direction};
         if (type != PointType::ATCH) return;
-        const Vector3 up = Mirror(UnitOrZero(TransformDirection(w, {0.0f, 0.0f, -1.0f})));
+        const Vector3 up = Unmirror(UnitOrZero(TransformDirection(w, {0.0f, 0.0f, -1.0f})));
         if (i < m_.AttachNormals.size()) {
             m_.AttachNormals[i] = {std::max(sub, 0), position, up};
         } else if (i == m_.AttachNormals.size()) {
@@ -489,12 +488,12 @@ class Builder {
                     const Vector3 pos{p.Positions[3 * v], p.Positions[3 * v + 1],
                                       p.Positions[3 * v + 2]};
                     Vertex vertex;
-                    vertex.Position = Mirror(identity ? pos : TransformPoint(bake, pos));
+                    vertex.Position = Unmirror(identity ? pos : TransformPoint(bake, pos));
                     if (normals) {
                         const Vector3 n{p.Normals[3 * v], p.Normals[3 * v + 1],
                                         p.Normals[3 * v + 2]};
                         vertex.Normal =
-                            Mirror(UnitOrZero(identity ? n : TransformDirection(normalBake, n)));
+                            Unmirror(UnitOrZero(identity ? n : TransformDirection(normalBake, n)));
                     }
                     position[v] = vertex.Position;
                     Key key{};
@@ -525,13 +524,13 @@ class Builder {
                     // the game's space is mirrored, so the corners go in reverse.
                     Vector3 normal{};
                     for (std::size_t c = 0; c < size; ++c) {
-                        const Vector3 a = Mirror(position[p.Indices[at + c]]);
-                        const Vector3 b = Mirror(position[p.Indices[at + (c + 1) % size]]);
+                        const Vector3 a = Unmirror(position[p.Indices[at + c]]);
+                        const Vector3 b = Unmirror(position[p.Indices[at + (c + 1) % size]]);
                         normal.X += (a.Y - b.Y) * (a.Z + b.Z);
                         normal.Y += (a.Z - b.Z) * (a.X + b.X);
                         normal.Z += (a.X - b.X) * (a.Y + b.Y);
                     }
-                    face.Normal = Mirror(UnitOrZero(normal));
+                    face.Normal = Unmirror(UnitOrZero(normal));
                     for (std::size_t c = size; c-- > 0;) {
                         const std::uint32_t v = p.Indices[at + c];
                         const bool uv = p.Uvs.size() >= 2 * p.VertexCount();
