@@ -9,6 +9,8 @@
 #include <cstring>
 #include <limits>
 
+#include "model/text_codec.h"
+
 namespace mw::gltf {
 namespace {
 
@@ -207,6 +209,10 @@ bool BoolFrom(const nlohmann::json& j, bool fallback) {
 
 std::string StringFrom(const nlohmann::json& j) {
     return j.is_string() ? j.get<std::string>() : std::string();
+}
+
+std::string Text1252(const nlohmann::json& object, const char* key) {
+    return Cp1252FromUtf8(StringFrom(Member(object, key)));
 }
 
 nlohmann::json FloatJson(float f) {

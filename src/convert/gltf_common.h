@@ -71,6 +71,8 @@ const nlohmann::json& Member(const nlohmann::json& object, const char* key);
 int IntFrom(const nlohmann::json& j, int fallback = 0);
 bool BoolFrom(const nlohmann::json& j, bool fallback = false);
 std::string StringFrom(const nlohmann::json& j);
+// A text member in the game's code page (Windows-1252).
+std::string Text1252(const nlohmann::json& object, const char* key);
 
 // Floats inside JSON, bit-exact: a finite value as a number, any other as "0x" and its bits.
 nlohmann::json FloatJson(float f);

@@ -11,6 +11,7 @@
 #include <QBuffer>
 #include <QImage>
 
+#include "convert/gltf_buffer.h"
 #include "convert/gltf_common.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
@@ -25,140 +26,6 @@ using namespace gltf;
 
 static_assert(std::endian::native == std::endian::little, "buffers are written as stored");
 static_assert(sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
-
-constexpr int kFloat = 5126, kUnsignedInt = 5125;
-constexpr int kArrayBuffer = 34962, kElementArrayBuffer = 34963;
-
-// The binary buffer, its buffer views and accessors, and the meshes that use them. There are
-// thousands of these in a large model, so they are written as JSON text directly rather than
-// built as objects.
-class BufferBuilder {
-  public:
-    void Reserve(std::size_t bytes) { Grow(bytes); }
-
-    // Room for `bytes` bytes at a 4-byte boundary; returns where it starts.
-    std::size_t Allocate(std::size_t bytes) {
-        // Not cleared: the caller fills every byte it asked for.
-        const std::size_t offset = (size_ + 3) / 4 * 4;
-        Grow(offset + bytes);
-        std::fill(data_.get() + size_, data_.get() + offset, std::uint8_t{0});
-        size_ = offset + bytes;
-        return offset;
-    }
-
-    void Put(std::size_t offset, const void* values, std::size_t bytes) {
-        std::memcpy(data_.get() + offset, values, bytes);
-    }
-
-    std::span<const std::uint8_t> Bytes(std::size_t offset, std::size_t bytes) const {
-        return {data_.get() + offset, bytes};
-    }
-
-    // A buffer view over bytes already in the buffer.
-    int ViewAt(std::size_t offset, std::size_t bytes, std::optional<int> target) {
-        Separate(views_, viewCount_);
-        views_ += "{\"buffer\":0,\"byteOffset\":" + std::to_string(offset) +
-                  ",\"byteLength\":" + std::to_string(bytes);
-        if (target) views_ += ",\"target\":" + std::to_string(*target);
-        views_ += '}';
-        return viewCount_++;
-    }
-
-    int View(std::span<const std::uint8_t> bytes, std::optional<int> target) {
-        const std::size_t offset = Allocate(bytes.size());
-        if (!bytes.empty()) Put(offset, bytes.data(), bytes.size());
-        return ViewAt(offset, bytes.size(), target);
-    }
-
-    // An accessor over a view; `least` and `most` give its bounds when not empty.
-    int AccessorOf(int view, int componentType, const char* type, int count,
-                   std::span<const float> least = {}, std::span<const float> most = {}) {
-        Separate(accessors_, accessorCount_);
-        accessors_ += "{\"bufferView\":" + std::to_string(view) +
-                      ",\"componentType\":" + std::to_string(componentType) +
-                      ",\"count\":" + std::to_string(count) + ",\"type\":\"" + type + '"';
-        if (!least.empty()) {
-            accessors_ += ",\"min\":";
-            Numbers(accessors_, least);
-            accessors_ += ",\"max\":";
-            Numbers(accessors_, most);
-        }
-        accessors_ += '}';
-        return accessorCount_++;
-    }
-
-    template <typename T>
-    int Accessor(const std::vector<T>& values, int componentType, const char* type, int count,
-                 std::optional<int> target, bool minMax) {
-        const auto bytes = std::as_bytes(std::span(values));
-        const int view =
-            View({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, target);
-        std::vector<float> least, most;
-        if (minMax) {
-            const std::size_t n = values.size() / static_cast<std::size_t>(count);
-            for (std::size_t c = 0; c < n; ++c) {
-                auto lo = values[c], hi = values[c];
-                for (std::size_t i = c; i < values.size(); i += n) {
-                    lo = std::min(lo, values[i]);
-                    hi = std::max(hi, values[i]);
-                }
-                least.push_back(static_cast<float>(lo));
-                most.push_back(static_cast<float>(hi));
-            }
-        }
-        return AccessorOf(view, componentType, type, count, least, most);
-    }
-
-    std::span<const std::uint8_t> bin() const { return {data_.get(), size_}; }
-
-    // A mesh (its JSON text) that uses the accessors; returns its index.
-    int AddMesh(const std::string& text) {
-        Separate(meshes_, meshCount_);
-        meshes_ += text;
-        return meshCount_++;
-    }
-
-    // `doc` as text with the meshes, accessors and buffer views added.
-    std::string Dump(const json& doc, int indent) const {
-        std::string text = doc.dump(indent);
-        text.pop_back();  // the closing brace of the document
-        if (meshCount_ > 0) text += ",\"meshes\":[" + meshes_ + "]";
-        if (accessorCount_ > 0) text += ",\"accessors\":[" + accessors_ + "]";
-        text += ",\"bufferViews\":[" + views_ + "]}";
-        return text;
-    }
-
-  private:
-    // A JSON array of floats, each in the shortest form that reads back exactly.
-    static void Numbers(std::string& text, std::span<const float> values) {
-        text += '[';
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            char number[32];
-            const auto end = std::to_chars(number, number + sizeof number, values[i]).ptr;
-            if (i > 0) text += ',';
-            text.append(number, end);
-        }
-        text += ']';
-    }
-
-    static void Separate(std::string& list, int count) {
-        if (count > 0) list += ',';
-    }
-
-    void Grow(std::size_t capacity) {
-        if (capacity <= capacity_) return;
-        capacity = std::max(capacity, 2 * capacity_);
-        std::unique_ptr<std::uint8_t[]> grown(new std::uint8_t[capacity]);
-        if (size_ > 0) std::memcpy(grown.get(), data_.get(), size_);
-        data_ = std::move(grown);
-        capacity_ = capacity;
-    }
-
-    std::unique_ptr<std::uint8_t[]> data_;
-    std::size_t size_ = 0, capacity_ = 0;
-    std::string views_, accessors_, meshes_;
-    int viewCount_ = 0, accessorCount_ = 0, meshCount_ = 0;
-};
 
 // A face as the extras keep it; 40 bytes.
 struct FaceRecord {

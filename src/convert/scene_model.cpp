@@ -1,0 +1,313 @@
+#include "convert/scene_model.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <unordered_map>
+
+#include "convert/gltf_common.h"
+#include "model/geometry.h"
+#include "model/text_codec.h"
+#include "model/texture_rename.h"
+
+namespace mw {
+
+using nlohmann::json;
+using namespace gltf;
+
+namespace {
+
+// Texture names are kept short enough that the name and ".ogf" fit an archive entry.
+constexpr std::size_t kTextureNameLength = 31;
+
+Vector3 UnitOrZero(Vector3 v) {
+    const float length = Length(v);
+    if (!(length > 0.0f) || !std::isfinite(length)) return {};
+    return {v.X / length, v.Y / length, v.Z / length};
+}
+}  // namespace
+
+SceneModelBuilder::SceneModelBuilder(const ImportScene& scene) : s_(scene) {
+    world_.resize(s_.Nodes.size());
+    for (std::size_t n = 0; n < s_.Nodes.size(); ++n) {
+        const SceneNode& node = s_.Nodes[n];
+        world_[n] = node.Parent >= 0
+                        ? Multiply(world_[static_cast<std::size_t>(node.Parent)], node.Local)
+                        : node.Local;
+    }
+    subOf_.assign(s_.Nodes.size(), -1);
+}
+
+bool SceneModelBuilder::HasFaces(int node) const {
+    for (const int mesh : s_.Nodes[static_cast<std::size_t>(node)].Meshes) {
+        for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives) {
+            if (!p.Indices.empty()) return true;
+        }
+    }
+    return false;
+}
+
+bool SceneModelBuilder::AnyFaces() const {
+    for (std::size_t n = 0; n < s_.Nodes.size(); ++n) {
+        if (HasFaces(static_cast<int>(n))) return true;
+    }
+    return false;
+}
+
+// The hash the export keeps of a node's meshes; empty for none.
+std::string SceneModelBuilder::Fingerprint(const std::vector<int>& meshes) const {
+    gltf::Fingerprint print;
+    bool any = false;
+    for (const int mesh : meshes) {
+        for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives) {
+            print.AddValues(std::span(p.Positions));
+            print.AddValues(std::span(p.Uvs));
+            print.AddValues(std::span(p.Indices));
+            any = true;
+        }
+    }
+    return any ? print.Text() : std::string();
+}
+
+// A model from the nodes alone.
+ModelData SceneModelBuilder::Generic() {
+    const std::size_t count = s_.Nodes.size();
+    std::vector<bool> holds(count, false);
+    for (std::size_t n = count; n-- > 0;) {
+        const SceneNode& node = s_.Nodes[n];
+        const bool sub =
+            HasFaces(static_cast<int>(n)) || (holds[n] && !ParsePointNodeName(node.Name));
+        if (sub) subNodes_.push_back(static_cast<int>(n));
+        if ((sub || holds[n]) && node.Parent >= 0)
+            holds[static_cast<std::size_t>(node.Parent)] = true;
+    }
+    std::reverse(subNodes_.begin(), subNodes_.end());
+    for (std::size_t i = 0; i < subNodes_.size(); ++i)
+        subOf_[static_cast<std::size_t>(subNodes_[i])] = static_cast<int>(i);
+    for (std::size_t i = 0; i < subNodes_.size(); ++i) {
+        const int node = subNodes_[i];
+        SubObject sub;
+        sub.Index = static_cast<int>(i);
+        sub.Parent = NearestSub(s_.Nodes[static_cast<std::size_t>(node)].Parent);
+        sub.Name = Cp1252FromUtf8(s_.Nodes[static_cast<std::size_t>(node)].Name);
+        if (sub.Name.empty()) sub.Name = "Unnamed" + std::to_string(i + 1);
+        sub.Properties =
+            Text1252(s_.Nodes[static_cast<std::size_t>(node)].Extras, "pof_properties");
+        const Vector3 here = TranslationOf(world_[static_cast<std::size_t>(node)]);
+        const Vector3 above = sub.Parent >= 0
+                                  ? TranslationOf(world_[static_cast<std::size_t>(
+                                        subNodes_[static_cast<std::size_t>(sub.Parent)])])
+                                  : Vector3{};
+        sub.Offset = Unmirror(Subtract(here, above));
+        Transform bake = world_[static_cast<std::size_t>(node)];
+        bake[12] = bake[13] = bake[14] = 0.0;
+        Geometry(node, bake, sub);
+        m_.SubObjects.push_back(std::move(sub));
+    }
+    for (const PointType type : {PointType::GPNT, PointType::ATCH, PointType::GRND}) {
+        std::vector<std::pair<int, int>> found;  // index in the name, node
+        for (std::size_t n = 0; n < count; ++n) {
+            const auto name = ParsePointNodeName(s_.Nodes[n].Name);
+            if (name && name->Type == type && !HasFaces(static_cast<int>(n)))
+                found.emplace_back(name->Index, static_cast<int>(n));
+        }
+        std::stable_sort(found.begin(), found.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        for (const auto& [index, node] : found) {
+            if (static_cast<int>(m_.Points(type).size()) >= PointLimit(type)) break;
+            AddPointFromNode(type, node);
+        }
+    }
+    Finish();
+    return std::move(m_);
+}
+
+int SceneModelBuilder::NearestSub(int node) const {
+    while (node >= 0) {
+        if (subOf_[static_cast<std::size_t>(node)] >= 0)
+            return subOf_[static_cast<std::size_t>(node)];
+        node = s_.Nodes[static_cast<std::size_t>(node)].Parent;
+    }
+    return -1;
+}
+
+// A point (and for an attach point its normal) where its node puts it.
+void SceneModelBuilder::SetPointFromNode(PointType type, int index, int node) {
+    int sub = NearestSub(s_.Nodes[static_cast<std::size_t>(node)].Parent);
+    if (sub < 0) sub = subNodes_.empty() ? -1 : 0;
+    const Transform& w = world_[static_cast<std::size_t>(node)];
+    const Vector3 origin =
+        sub >= 0 ? TranslationOf(
+                       world_[static_cast<std::size_t>(subNodes_[static_cast<std::size_t>(sub)])])
+                 : Vector3{};
+    const Vector3 position = Unmirror(Subtract(TranslationOf(w), origin));
+    const Vector3 direction = Unmirror(UnitOrZero(TransformDirection(w, {0.0f, 1.0f, 0.0f})));
+    auto& list = m_.Points(type);
+    const auto i = static_cast<std::size_t>(index);
+    list[i] = {std::max(sub, 0), position, direction};
+    if (type != PointType::ATCH) return;
+    const Vector3 up = Unmirror(UnitOrZero(TransformDirection(w, {0.0f, 0.0f, -1.0f})));
+    if (i < m_.AttachNormals.size()) {
+        m_.AttachNormals[i] = {std::max(sub, 0), position, up};
+    } else if (i == m_.AttachNormals.size()) {
+        m_.AttachNormals.push_back({std::max(sub, 0), position, up});
+    }
+}
+
+void SceneModelBuilder::AddPointFromNode(PointType type, int node) {
+    m_.Points(type).emplace_back();
+    SetPointFromNode(type, static_cast<int>(m_.Points(type).size()) - 1, node);
+}
+
+int SceneModelBuilder::TextureOf(int material) {
+    if (material < 0 || material >= static_cast<int>(s_.Materials.size())) return -1;
+    const SceneMaterial& m = s_.Materials[static_cast<std::size_t>(material)];
+    if (m.Untextured) return -1;
+    std::string name = m.Texture.empty() ? (m.Default ? std::string() : m.Name) : m.Texture;
+    if (name.empty()) return -1;
+    name = LowerCase1252(Cp1252FromUtf8(name));
+    if (name.size() > kTextureNameLength) name.resize(kTextureNameLength);
+    name = RenamedTexture(name);
+    for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
+        if (m_.Textures[t].Name == name) return static_cast<int>(t);
+    }
+    m_.Textures.push_back({{}, name, name});
+    return static_cast<int>(m_.Textures.size()) - 1;
+}
+
+// The faces of a node's meshes, moved by `bake` (the node's rotation and scale) into
+// the sub-object and into the game's space; vertices shared where position and normal
+// agree.
+void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub) {
+    struct Key {
+        std::array<std::uint32_t, 6> bits;
+        bool operator==(const Key&) const = default;
+    };
+    struct KeyHash {
+        std::size_t operator()(const Key& k) const {
+            // Three 64-bit words mixed by multiplication, then folded.
+            std::uint64_t h = 0;
+            for (std::size_t i = 0; i < 6; i += 2) {
+                const std::uint64_t word = k.bits[i] | std::uint64_t{k.bits[i + 1]} << 32;
+                h = (h ^ word) * 0x9E3779B97F4A7C15ull;
+            }
+            return static_cast<std::size_t>(h ^ (h >> 32));
+        }
+    };
+    std::unordered_map<Key, int, KeyHash> shared;
+    std::size_t vertexCount = 0;
+    for (const int mesh : s_.Nodes[static_cast<std::size_t>(node)].Meshes) {
+        for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives)
+            vertexCount += p.VertexCount();
+    }
+    shared.reserve(vertexCount);
+    sub.Vertices.reserve(vertexCount);
+    const bool identity = IsIdentity(bake);
+    const Transform normalBake = NormalTransform(bake);
+    bool anyMissingNormals = false;
+    for (const int mesh : s_.Nodes[static_cast<std::size_t>(node)].Meshes) {
+        for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives) {
+            const bool normals = p.Normals.size() == p.Positions.size();
+            anyMissingNormals = anyMissingNormals || !normals;
+            const int texture = TextureOf(p.Material);
+            std::array<std::uint8_t, 4> colour{255, 255, 255, 255};
+            if (texture < 0 && p.Material >= 0 &&
+                p.Material < static_cast<int>(s_.Materials.size())) {
+                const auto& c = s_.Materials[static_cast<std::size_t>(p.Material)].Colour;
+                for (std::size_t i = 0; i < 3; ++i)
+                    colour[i] = ByteFromLinear(c[i]);
+            }
+            const bool vertexColours = texture < 0 && p.Colours.size() == p.Positions.size();
+            // Each vertex of the primitive once, in the game's space.
+            std::vector<int> index(p.VertexCount());
+            std::vector<Vector3> position(p.VertexCount());
+            for (std::size_t v = 0; v < p.VertexCount(); ++v) {
+                const Vector3 pos{p.Positions[3 * v], p.Positions[3 * v + 1],
+                                  p.Positions[3 * v + 2]};
+                Vertex vertex;
+                vertex.Position = Unmirror(identity ? pos : TransformPoint(bake, pos));
+                if (normals) {
+                    const Vector3 n{p.Normals[3 * v], p.Normals[3 * v + 1], p.Normals[3 * v + 2]};
+                    vertex.Normal =
+                        Unmirror(UnitOrZero(identity ? n : TransformDirection(normalBake, n)));
+                }
+                position[v] = vertex.Position;
+                Key key{};
+                std::memcpy(key.bits.data(), &vertex.Position, 12);
+                std::memcpy(key.bits.data() + 3, &vertex.Normal, 12);
+                const auto [it, added] = shared.try_emplace(key, sub.VertexCount());
+                if (added) sub.Vertices.push_back(vertex);
+                index[v] = it->second;
+            }
+            std::size_t at = 0;
+            const std::size_t faces =
+                p.FaceSizes.empty() ? p.Indices.size() / 3 : p.FaceSizes.size();
+            for (std::size_t f = 0; f < faces; ++f) {
+                const std::size_t size = p.FaceSizes.empty() ? 3 : p.FaceSizes[f];
+                Face face;
+                face.VertexCount = static_cast<std::int32_t>(size);
+                face.Primitive = PrimitiveFor(face.VertexCount);
+                face.TextureIndex = texture;
+                face.Textured = texture >= 0 ? 1 : 0;
+                face.Color = colour;
+                if (vertexColours) {
+                    // A face takes the colour of its first corner.
+                    const std::size_t v = p.Indices[at];
+                    for (std::size_t i = 0; i < 3; ++i)
+                        face.Color[i] = ByteFromLinear(p.Colours[3 * v + i]);
+                }
+                // Newell's normal of the corners in the file's order, in the file's space;
+                // the game's space is mirrored, so the corners go in reverse.
+                Vector3 normal{};
+                for (std::size_t c = 0; c < size; ++c) {
+                    const Vector3 a = Unmirror(position[p.Indices[at + c]]);
+                    const Vector3 b = Unmirror(position[p.Indices[at + (c + 1) % size]]);
+                    normal.X += (a.Y - b.Y) * (a.Z + b.Z);
+                    normal.Y += (a.Z - b.Z) * (a.X + b.X);
+                    normal.Z += (a.X - b.X) * (a.Y + b.Y);
+                }
+                face.Normal = Unmirror(UnitOrZero(normal));
+                for (std::size_t c = size; c-- > 0;) {
+                    const std::uint32_t v = p.Indices[at + c];
+                    const bool uv = p.Uvs.size() >= 2 * p.VertexCount();
+                    sub.Corners.push_back(
+                        {index[v], uv ? p.Uvs[2 * v] : 0.0f, uv ? p.Uvs[2 * v + 1] : 0.0f});
+                }
+                sub.Faces.push_back(face);
+                at += size;
+            }
+        }
+    }
+    if (anyMissingNormals) FaceAveragedNormals(sub);
+    sub.BoxMin = {90000.0f, 90000.0f, 90000.0f};
+    sub.BoxMax = {-90000.0f, -90000.0f, -90000.0f};
+    for (const Vertex& v : sub.Vertices) {
+        sub.BoxMin = ComponentMin(sub.BoxMin, v.Position);
+        sub.BoxMax = ComponentMax(sub.BoxMax, v.Position);
+        sub.Radius = std::max(sub.Radius, Length(v.Position));
+    }
+    if (!sub.Vertices.empty()) sub.Center = Midpoint(sub.BoxMin, sub.BoxMax);
+}
+
+// Vertex normals as the mean of the normals of the faces around each vertex, where the
+// file gave none.
+void SceneModelBuilder::FaceAveragedNormals(SubObject& sub) {
+    std::vector<Vector3> sum(sub.Vertices.size());
+    std::size_t corner = 0;
+    for (const Face& f : sub.Faces) {
+        for (int c = 0; c < f.VertexCount; ++c, ++corner) {
+            const auto v = static_cast<std::size_t>(sub.Corners[corner].VertexIndex);
+            sum[v] = Add(sum[v], f.Normal);
+        }
+    }
+    for (std::size_t v = 0; v < sub.Vertices.size(); ++v) {
+        if (sub.Vertices[v].Normal == Vector3{}) sub.Vertices[v].Normal = UnitOrZero(sum[v]);
+    }
+}
+
+void SceneModelBuilder::Finish() {
+    RebuildSaveOrder(m_);
+    MoveSOBJ(m_);
+}
+
+}  // namespace mw
