@@ -66,6 +66,14 @@ bool ReadAccessor(const tinygltf::Model& model, int index, int components, std::
     if (size <= 0 ||
         tinygltf::GetNumComponentsInType(static_cast<std::uint32_t>(a.type)) != components)
         return false;
+    if constexpr (std::is_integral_v<T>) {
+        // Corner lists are unsigned whole numbers; anything else would not convert.
+        if (a.normalized || (a.componentType != TINYGLTF_COMPONENT_TYPE_UNSIGNED_BYTE &&
+                             a.componentType != TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT &&
+                             a.componentType != TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT)) {
+            return false;
+        }
+    }
     const std::size_t count = a.count;
     out.assign(count * static_cast<std::size_t>(components), T{});
     if (a.bufferView < 0) return true;  // all zero
@@ -147,7 +155,9 @@ bool ReadPrimitive(const tinygltf::Model& model, const tinygltf::Primitive& p, S
     std::vector<std::uint32_t> indices;
     if (p.indices >= 0) {
         if (!ReadAccessor(model, p.indices, 1, indices)) {
-            error = "A mesh's corner list does not fit the file's buffers.";
+            error =
+                "A mesh's corner list is damaged (not whole numbers, or past the end of its "
+                "buffer).";
             return false;
         }
     } else {

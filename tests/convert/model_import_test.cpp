@@ -270,3 +270,22 @@ TEST(ModelImport, AnImportedModelShowsThePicturesBesideIt) {
 
 }  // namespace
 }  // namespace mw
+
+namespace mw {
+namespace {
+
+// Damaged files found by fuzzing are refused with a message, not read.
+TEST(ModelImport, CornerListsOfFloatsAreRefused) {
+    nlohmann::json doc = nlohmann::json::parse(SceneGltf());
+    doc["accessors"][1]["componentType"] = 5126;  // the corner list as floats
+    doc["accessors"][1]["count"] = 3;
+    ImportScene scene;
+    std::string error;
+    const std::string text = doc.dump();
+    EXPECT_FALSE(ReadGltfSceneFromBytes(
+        {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, scene, error));
+    EXPECT_FALSE(error.empty());
+}
+
+}  // namespace
+}  // namespace mw
