@@ -7,6 +7,7 @@
 
 #include "cli/cli.h"
 #include "convert/model_import.h"
+#include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
@@ -205,6 +206,8 @@ TEST(ModelImport, CommandWritesTheModelAndItsFindings) {
         test::Cli({"import", (dir / "scene.gltf").string(), (dir / "out.oof").string()});
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_NE(run.out.find("3 sub-objects"), std::string::npos) << run.out;
+    // The body rotates ("$rotate=5") but has no rotation keys: written, and said.
+    EXPECT_NE(run.out.find("warning no-rotation-keys"), std::string::npos) << run.out;
     EXPECT_TRUE(std::filesystem::exists(dir / "out.oof"));
     const auto info = test::Cli({"info", (dir / "out.oof").string()});
     EXPECT_EQ(info.status, 0);
@@ -273,6 +276,23 @@ TEST(ModelImport, AnImportedModelShowsThePicturesBesideIt) {
 
 namespace mw {
 namespace {
+
+// The commands: export, import, and the file is what re-saving the model writes.
+TEST(ModelImport, ExportThenImportWritesWhatAResaveWrites) {
+    const test::TempDir dir("import_resave");
+    const std::string ship = MW_SOURCE_DIR "/samples/ship.oof";
+    for (const char* file : {"ship.glb", "ship.gltf"}) {
+        ASSERT_EQ(test::Cli({"export", ship, (dir / file).string()}).status, 0);
+        const auto run = test::Cli({"import", (dir / file).string(), (dir / "back.oof").string()});
+        ASSERT_EQ(run.status, 0) << run.err;
+        EXPECT_NE(run.out.find("as exported"), std::string::npos);
+        ASSERT_EQ(test::Cli({"resave", ship, (dir / "resaved.oof").string()}).status, 0);
+        EXPECT_EQ(*ReadFileBytes(dir / "back.oof"), *ReadFileBytes(dir / "resaved.oof")) << file;
+    }
+    EXPECT_EQ(test::Cli({"export", ship, (dir / "ship.obj").string()}).status, 73);
+    EXPECT_EQ(
+        test::Cli({"export", (dir / "missing.oof").string(), (dir / "x.glb").string()}).status, 66);
+}
 
 // Damaged files found by fuzzing are refused with a message, not read.
 TEST(ModelImport, CornerListsOfFloatsAreRefused) {
