@@ -16,15 +16,6 @@ using namespace gltf;
 
 namespace {
 
-struct FaceRecord {
-    Vector3 Normal;
-    std::int32_t VertexCount, Textured, TextureIndex;
-    std::array<std::uint8_t, 4> Color;
-    std::uint32_t KeptA, KeptB;
-    std::int32_t Primitive;
-};
-static_assert(sizeof(FaceRecord) == 40 && sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
-
 // Records kept in a buffer view, when the view still holds what was written there.
 template <typename T>
 std::optional<std::vector<T>> BlockOf(const ImportScene& scene, const json& extras,

@@ -50,6 +50,16 @@ Quaternion PointOrientation(Vector3 direction, std::optional<Vector3> up);
 // The orientation of the node of point `index` of list `type` (gun, attach or ground).
 Quaternion PointRotation(const ModelData& model, PointType type, int index);
 
+// A face as the extras keep it, in a buffer view of its own; 40 bytes.
+struct FaceRecord {
+    Vector3 Normal;
+    std::int32_t VertexCount, Textured, TextureIndex;
+    std::array<std::uint8_t, 4> Color;
+    std::uint32_t KeptA, KeptB;
+    std::int32_t Primitive;
+};
+static_assert(sizeof(FaceRecord) == 40 && sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
+
 // The name of a point node ("Gun_3", "Attach_0", "Ground_1"); empty for attach normals,
 // which live in their attach point's node.
 std::string PointNodeName(PointType type, int index);

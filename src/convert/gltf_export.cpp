@@ -25,17 +25,6 @@ using nlohmann::json;
 using namespace gltf;
 
 static_assert(std::endian::native == std::endian::little, "buffers are written as stored");
-static_assert(sizeof(Vertex) == 28 && sizeof(FaceVertex) == 12);
-
-// A face as the extras keep it; 40 bytes.
-struct FaceRecord {
-    Vector3 Normal;
-    std::int32_t VertexCount, Textured, TextureIndex;
-    std::array<std::uint8_t, 4> Color;
-    std::uint32_t KeptA, KeptB;
-    std::int32_t Primitive;
-};
-static_assert(sizeof(FaceRecord) == 40);
 
 // More face colours than this in one model are written as vertex colours.
 constexpr std::size_t kMaxColourMaterials = 16;

@@ -116,6 +116,19 @@ Vector3 NodeWorldTranslation(const tinygltf::Model& g, int node) {
     return sum;
 }
 
+// Changes a .gltf file's JSON as another program would, and imports it.
+template <typename Change>
+ImportResult ImportChanged(const std::filesystem::path& path, Change change) {
+    const auto bytes = *ReadFileBytes(path);
+    auto doc = nlohmann::json::parse(bytes.begin(), bytes.end());
+    change(doc);
+    const std::string text = doc.dump();
+    EXPECT_EQ(
+        WriteFileReplacing(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}),
+        "");
+    return ImportModel(path);
+}
+
 class GltfRoundTrip : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(GltfRoundTrip, GivesTheModelBackAndTheSameSavedBytes) {
@@ -258,17 +271,12 @@ TEST(GltfImport, EditedPartsOfAnExportWin) {
     const ModelData model = Loaded(BuildSampleModel());
     const auto path = Export(model, dir, "ship.gltf");
     // Move the first gun point and the second sub-object in the JSON, as an editor would.
-    auto bytes = *ReadFileBytes(path);
-    auto doc = nlohmann::json::parse(bytes.begin(), bytes.end());
-    for (auto& node : doc["nodes"]) {
-        if (node["name"] == "Gun_0") node["translation"] = {5.0, 6.0, 7.0};
-    }
-    doc["nodes"][1]["translation"] = {-1.5, 0.25, 0.0};
-    const std::string text = doc.dump();
-    ASSERT_EQ(
-        WriteFileReplacing(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}),
-        "");
-    const ImportResult back = ImportModel(path);
+    const ImportResult back = ImportChanged(path, [](nlohmann::json& doc) {
+        for (auto& node : doc["nodes"]) {
+            if (node["name"] == "Gun_0") node["translation"] = {5.0, 6.0, 7.0};
+        }
+        doc["nodes"][1]["translation"] = {-1.5, 0.25, 0.0};
+    });
     ASSERT_EQ(back.Status, ImportStatus::Done);
     EXPECT_TRUE(back.Exact);
     EXPECT_EQ(back.Model.Sub(1).Offset, (Vector3{1.5f, 0.25f, 0.0f}));
@@ -312,14 +320,8 @@ TEST(GltfExport, ManyFaceColoursBecomeVertexColoursAndComeBack) {
     EXPECT_TRUE(g.meshes[0].primitives.back().attributes.contains("COLOR_0"));
 
     // Without the extras the colours come from the vertex colours.
-    auto bytes = *ReadFileBytes(path);
-    auto doc = nlohmann::json::parse(bytes.begin(), bytes.end());
-    doc["nodes"][0]["extras"]["descent3"].erase("model");
-    const std::string text = doc.dump();
-    ASSERT_EQ(
-        WriteFileReplacing(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}),
-        "");
-    const ImportResult back = ImportModel(path);
+    const ImportResult back = ImportChanged(
+        path, [](nlohmann::json& doc) { doc["nodes"][0]["extras"]["descent3"].erase("model"); });
     ASSERT_EQ(back.Status, ImportStatus::Done);
     EXPECT_FALSE(back.Exact);
     std::set<std::uint8_t> before, after;  // the quads come back as pairs of triangles
