@@ -15,6 +15,7 @@
 #include "model/geometry.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
+#include "model/structure.h"
 #include "sample_model.h"
 #include "support/temp_dir.h"
 
@@ -349,6 +350,35 @@ TEST(GltfExport, FilesForTheValidator) {
     const std::filesystem::path out(folder);
     EXPECT_EQ(ExportGLTF(model, pictures, out / "every_record_kind.glb"), "");
     EXPECT_EQ(ExportGLTF(model, pictures, out / "every_record_kind.gltf"), "");
+}
+
+}  // namespace
+}  // namespace mw
+
+namespace mw {
+namespace {
+
+// A model with sub-objects combined or deleted in the editor is exported as it would be saved.
+TEST(GltfExport, EditedStructureIsExportedAsSaved) {
+    ModelData model = Loaded(BuildSampleModel());
+    ASSERT_TRUE(SOBJCombine(model, 1, 2));  // the wings, one part
+    ASSERT_TRUE(DeleteSOBJ(model, 6));
+    ModelData saved;
+    {
+        ModelData copy = model;
+        ASSERT_EQ(readOOF(saved, WriteOOF(copy)), ResultCode::Success);
+    }
+    const test::TempDir dir("gltf_edited_structure");
+    const auto path = Export(model, dir, "edited.glb");
+    const tinygltf::Model g = ReadBack(path);
+    int parts = 0;
+    for (const auto& node : g.nodes)
+        parts += !gltf::ParsePointNodeName(node.name).has_value();
+    EXPECT_EQ(parts, saved.SubObjectCount());
+    const ImportResult back = ImportModel(path);
+    ASSERT_EQ(back.Status, ImportStatus::Done);
+    ModelData a = saved, b = back.Model;
+    EXPECT_EQ(WriteOOF(b), WriteOOF(a));
 }
 
 }  // namespace
