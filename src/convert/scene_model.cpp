@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
-#include <unordered_map>
 
 #include "convert/gltf_common.h"
 #include "model/geometry.h"
@@ -19,6 +19,60 @@ namespace {
 
 // Texture names are kept short enough that the name and ".ogf" fit an archive entry.
 constexpr std::size_t kTextureNameLength = 31;
+
+// The vertices of a sub-object shared by place and normal (bit for bit): an open-addressing
+// table of indices into the vertex list, which holds the keys itself (a standard map would
+// allocate a node per vertex; on large files that was a third of the import).
+class VertexTable {
+  public:
+    explicit VertexTable(std::size_t expected) {
+        std::size_t capacity = 16;
+        while (capacity < 2 * expected)
+            capacity *= 2;
+        slots_.assign(capacity, -1);
+    }
+
+    // The index of the vertex of `v`'s place and normal, added when there is none yet.
+    int FindOrAdd(const Vertex& v, std::vector<Vertex>& vertices) {
+        if (2 * (vertices.size() + 1) > slots_.size()) Grow(vertices);
+        for (std::size_t i = Hash(v) & (slots_.size() - 1);; i = (i + 1) & (slots_.size() - 1)) {
+            const int found = slots_[i];
+            if (found < 0) {
+                slots_[i] = static_cast<int>(vertices.size());
+                vertices.push_back(v);
+                return slots_[i];
+            }
+            if (SameKey(vertices[static_cast<std::size_t>(found)], v)) return found;
+        }
+    }
+
+  private:
+    static constexpr std::size_t kKeyBytes = 2 * sizeof(Vector3);  // place, then normal
+    static_assert(offsetof(Vertex, Normal) == sizeof(Vector3));
+
+    static bool SameKey(const Vertex& a, const Vertex& b) {
+        return std::memcmp(&a, &b, kKeyBytes) == 0;
+    }
+    static std::size_t Hash(const Vertex& v) {
+        std::uint64_t words[3];
+        std::memcpy(words, &v, kKeyBytes);
+        std::uint64_t h = 0;
+        for (const std::uint64_t w : words)
+            h = (h ^ w) * 0x9E3779B97F4A7C15ull;
+        return static_cast<std::size_t>(h ^ (h >> 29));
+    }
+    void Grow(const std::vector<Vertex>& vertices) {
+        slots_.assign(2 * slots_.size(), -1);
+        for (std::size_t k = 0; k < vertices.size(); ++k) {
+            std::size_t i = Hash(vertices[k]) & (slots_.size() - 1);
+            while (slots_[i] >= 0)
+                i = (i + 1) & (slots_.size() - 1);
+            slots_[i] = static_cast<int>(k);
+        }
+    }
+
+    std::vector<int> slots_;
+};
 
 Vector3 UnitOrZero(Vector3 v) {
     const float length = Length(v);
@@ -179,28 +233,12 @@ int SceneModelBuilder::TextureOf(int material) {
 // the sub-object and into the game's space; vertices shared where position and normal
 // agree.
 void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub) {
-    struct Key {
-        std::array<std::uint32_t, 6> bits;
-        bool operator==(const Key&) const = default;
-    };
-    struct KeyHash {
-        std::size_t operator()(const Key& k) const {
-            // Three 64-bit words mixed by multiplication, then folded.
-            std::uint64_t h = 0;
-            for (std::size_t i = 0; i < 6; i += 2) {
-                const std::uint64_t word = k.bits[i] | std::uint64_t{k.bits[i + 1]} << 32;
-                h = (h ^ word) * 0x9E3779B97F4A7C15ull;
-            }
-            return static_cast<std::size_t>(h ^ (h >> 32));
-        }
-    };
-    std::unordered_map<Key, int, KeyHash> shared;
     std::size_t vertexCount = 0;
     for (const int mesh : s_.Nodes[static_cast<std::size_t>(node)].Meshes) {
         for (const ScenePrimitive& p : s_.Meshes[static_cast<std::size_t>(mesh)].Primitives)
             vertexCount += p.VertexCount();
     }
-    shared.reserve(vertexCount);
+    VertexTable shared(vertexCount);
     sub.Vertices.reserve(vertexCount);
     const bool identity = IsIdentity(bake);
     const Transform normalBake = NormalTransform(bake);
@@ -232,12 +270,7 @@ void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub
                         Unmirror(UnitOrZero(identity ? n : TransformDirection(normalBake, n)));
                 }
                 position[v] = vertex.Position;
-                Key key{};
-                std::memcpy(key.bits.data(), &vertex.Position, 12);
-                std::memcpy(key.bits.data() + 3, &vertex.Normal, 12);
-                const auto [it, added] = shared.try_emplace(key, sub.VertexCount());
-                if (added) sub.Vertices.push_back(vertex);
-                index[v] = it->second;
+                index[v] = shared.FindOrAdd(vertex, sub.Vertices);
             }
             std::size_t at = 0;
             const std::size_t faces =
