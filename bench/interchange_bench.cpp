@@ -31,7 +31,7 @@ void WriteModelOOF(benchmark::State& state) {
 void ExportGlb(benchmark::State& state) {
     const ModelData& m = FiftyThousandFaces();
     for (auto _ : state)
-        benchmark::DoNotOptimize(ExportGLB(m, {}).data());
+        benchmark::DoNotOptimize(ExportGLB(m, {}).bytes().data());
 }
 
 // The same two written to files, as the commands and the editor do.
@@ -56,7 +56,8 @@ void ExportGlbFile(benchmark::State& state) {
 const std::filesystem::path& LargeGlb() {
     static const std::filesystem::path path = [] {
         ModelData m = LargeModel(100, 1000);
-        std::vector<std::uint8_t> glb = ExportGLB(m, {});
+        const GlbFile file = ExportGLB(m, {});
+        const std::vector<std::uint8_t> glb(file.bytes().begin(), file.bytes().end());
         const std::uint32_t jsonLength = glb[12] | glb[13] << 8 | glb[14] << 16 | glb[15] << 24;
         auto doc = nlohmann::json::parse(glb.begin() + 20, glb.begin() + 20 + jsonLength);
         for (auto& node : doc["nodes"])

@@ -21,9 +21,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (mw::readOOF(loaded, mw::WriteOOF(copy)) != mw::ResultCode::Success) std::abort();
 
     // Our own export of it comes back exactly.
-    const std::vector<std::uint8_t> glb = mw::ExportGLB(imported.Model, {});
+    const mw::GlbFile glb = mw::ExportGLB(imported.Model, {});
     mw::ImportScene again;
-    if (!mw::ReadGltfSceneFromBytes(glb, again, error)) std::abort();
+    if (!mw::ReadGltfSceneFromBytes(glb.bytes(), again, error)) std::abort();
     const mw::ImportResult back = mw::ModelFromScene(again);
     if (back.Status != mw::ImportStatus::Done || !back.Exact) std::abort();
     mw::ModelData a = imported.Model, b = back.Model;

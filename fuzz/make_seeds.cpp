@@ -42,8 +42,8 @@ int main(int argc, char** argv) {
     small.MergeTable.resize(1);
     small.Batteries.clear();
     ok &= Put(dir / "oof", "hull.oof", mw::WriteOOF(small));
-    ok &= Put(dir / "gltf", "ship.glb", mw::ExportGLB(mw::BuildSampleModel(), {}));
-    ok &= Put(dir / "gltf", "hull.glb", mw::ExportGLB(small, {}));
+    ok &= Put(dir / "gltf", "ship.glb", mw::ExportGLB(mw::BuildSampleModel(), {}).bytes());
+    ok &= Put(dir / "gltf", "hull.glb", mw::ExportGLB(small, {}).bytes());
     // A file as another program writes it: one triangle under a turned node, an empty
     // named as a gun point, no extras.
     ok &= Put(dir / "gltf", "triangle.gltf",

@@ -10,6 +10,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -24,24 +25,36 @@ inline constexpr int kArrayBuffer = 34962, kElementArrayBuffer = 34963;
 // built as objects.
 class BufferBuilder {
   public:
-    void Reserve(std::size_t bytes) { Grow(bytes); }
+    // Room for `bytes` bytes of buffer, and `front` bytes before it for what will precede
+    // the buffer in the file (untouched memory until then costs nothing).
+    void Reserve(std::size_t bytes, std::size_t front) {
+        if (data_ == nullptr) front_ = front;
+        Grow(bytes);
+    }
 
     // Room for `bytes` bytes at a 4-byte boundary; returns where it starts.
     std::size_t Allocate(std::size_t bytes) {
         // Not cleared: the caller fills every byte it asked for.
         const std::size_t offset = (size_ + 3) / 4 * 4;
         Grow(offset + bytes);
-        std::fill(data_.get() + size_, data_.get() + offset, std::uint8_t{0});
+        std::fill(Base() + size_, Base() + offset, std::uint8_t{0});
         size_ = offset + bytes;
         return offset;
     }
 
+    // Copies `value` into the buffer at `offset` (a fixed size, so the copy is inlined).
+    template <typename T>
+    void Put(std::size_t offset, const T& value) {
+        static_assert(std::is_trivially_copyable_v<T>);
+        std::memcpy(Base() + offset, &value, sizeof(T));
+    }
+
     void Put(std::size_t offset, const void* values, std::size_t bytes) {
-        std::memcpy(data_.get() + offset, values, bytes);
+        std::memcpy(Base() + offset, values, bytes);
     }
 
     std::span<const std::uint8_t> Bytes(std::size_t offset, std::size_t bytes) const {
-        return {data_.get() + offset, bytes};
+        return {Base() + offset, bytes};
     }
 
     // A buffer view over bytes already in the buffer.
@@ -99,7 +112,29 @@ class BufferBuilder {
         return AccessorOf(view, componentType, type, count, least, most);
     }
 
-    std::span<const std::uint8_t> bin() const { return {data_.get(), size_}; }
+    std::span<const std::uint8_t> bin() const { return {Base(), size_}; }
+
+    // One piece of memory: `head`, then the buffer padded to 4 bytes. The head goes into the
+    // room kept in front when it fits (no copy of the buffer), else both are copied. The
+    // builder is spent afterwards.
+    struct Whole {
+        std::unique_ptr<std::uint8_t[]> storage;
+        std::size_t first = 0, size = 0;
+    };
+    Whole TakeWithHead(std::span<const std::uint8_t> head) {
+        const std::size_t padded = (size_ + 3) / 4 * 4;
+        Grow(padded);
+        std::fill(Base() + size_, Base() + padded, std::uint8_t{0});
+        if (head.size() <= front_) {
+            const std::size_t first = front_ - head.size();
+            std::memcpy(data_.get() + first, head.data(), head.size());
+            return {std::move(data_), first, head.size() + padded};
+        }
+        std::unique_ptr<std::uint8_t[]> whole(new std::uint8_t[head.size() + padded]);
+        std::memcpy(whole.get(), head.data(), head.size());
+        std::memcpy(whole.get() + head.size(), Base(), padded);
+        return {std::move(whole), 0, head.size() + padded};
+    }
 
     // A mesh (its JSON text) that uses the accessors; returns its index.
     int AddMesh(const std::string& text) {
@@ -135,17 +170,19 @@ class BufferBuilder {
         if (count > 0) list += ',';
     }
 
+    std::uint8_t* Base() const { return data_.get() + front_; }
+
     void Grow(std::size_t capacity) {
-        if (capacity <= capacity_) return;
+        if (capacity <= capacity_ && data_ != nullptr) return;
         capacity = std::max(capacity, 2 * capacity_);
-        std::unique_ptr<std::uint8_t[]> grown(new std::uint8_t[capacity]);
-        if (size_ > 0) std::memcpy(grown.get(), data_.get(), size_);
+        std::unique_ptr<std::uint8_t[]> grown(new std::uint8_t[front_ + capacity]);
+        if (size_ > 0) std::memcpy(grown.get() + front_, Base(), size_);
         data_ = std::move(grown);
         capacity_ = capacity;
     }
 
     std::unique_ptr<std::uint8_t[]> data_;
-    std::size_t size_ = 0, capacity_ = 0;
+    std::size_t front_ = 0, size_ = 0, capacity_ = 0;
     std::string views_, accessors_, meshes_;
     int viewCount_ = 0, accessorCount_ = 0, meshCount_ = 0;
 };

@@ -91,7 +91,10 @@ class Exporter {
         doc["asset"] = {{"version", "2.0"}, {"generator", "Meshwright"}};
         for (const char* list : {"nodes", "materials"})
             doc[list] = json::array();
-        out_.buffers.Reserve(BufferEstimate());
+        // Room in front of the buffer for the header and the JSON of a .glb: its text is
+        // a small fraction of the buffer.
+        const std::size_t estimate = BufferEstimate();
+        out_.buffers.Reserve(estimate, embed_ ? (1 << 16) + estimate / 8 : 0);
         Materials();
         UntexturedColours();
         const int n = static_cast<int>(m_.SubObjects.size());
@@ -280,7 +283,7 @@ class Exporter {
             const Face& f = faces[i];
             const FaceRecord record{f.Normal, f.VertexCount, f.Textured,  f.TextureIndex,
                                     f.Color,  f.FaceKeptA,   f.FaceKeptB, f.Primitive};
-            b.Put(at + i * sizeof(FaceRecord), &record, sizeof record);
+            b.Put(at + i * sizeof(FaceRecord), record);
         }
         return {{"buffer_view", b.ViewAt(at, bytes, std::nullopt)},
                 {"check", BlockCheck(b.Bytes(at, bytes))}};
@@ -354,17 +357,16 @@ class Exporter {
                         least[k] = std::min(least[k], place[k]);
                         most[k] = std::max(most[k], place[k]);
                     }
-                    b.Put(positions + 12 * v, place.data(), 12);
-                    b.Put(normals + 12 * v, &n, 12);
-                    const float uv[2] = {FiniteOr0(fv.U), FiniteOr0(fv.V)};
-                    b.Put(uvs + 8 * v, uv, 8);
-                    if (coloured) b.Put(colours + 12 * v, colour.data(), 12);
+                    b.Put(positions + 12 * v, place);
+                    b.Put(normals + 12 * v, n);
+                    b.Put(uvs + 8 * v, std::array<float, 2>{FiniteOr0(fv.U), FiniteOr0(fv.V)});
+                    if (coloured) b.Put(colours + 12 * v, colour);
                 }
                 // Mirrored, a face turns the other way round: the corners go in reverse.
                 const std::uint32_t base = v - count;
                 for (std::uint32_t i = 1; i + 1 < count; ++i, ++t) {
-                    const std::uint32_t triangle[3] = {base, base + i + 1, base + i};
-                    b.Put(indices + 12 * t, triangle, 12);
+                    b.Put(indices + 12 * t,
+                          std::array<std::uint32_t, 3>{base, base + i + 1, base + i});
                 }
             }
             const int n = static_cast<int>(vertices);
@@ -581,31 +583,18 @@ void Append32(std::vector<std::uint8_t>& out, std::uint32_t v) {
         out.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
 }
 
-// A .glb: the header and JSON chunk (with the BIN chunk's header) in `head`, the buffer
-// and its padding after it.
-struct GlbParts {
-    Output output;
-    std::vector<std::uint8_t> head;
-    std::array<std::uint8_t, 3> padding{};
-    std::size_t paddingLength = 0;
+}  // namespace
 
-    std::array<std::span<const std::uint8_t>, 3> Pieces() const {
-        return {std::span<const std::uint8_t>(head), output.buffers.bin(),
-                std::span<const std::uint8_t>(padding.data(), paddingLength)};
-    }
-};
-
-GlbParts MakeGlb(const ModelData& model, const TexturePictures& pictures) {
-    GlbParts parts{Export(model, pictures, true), {}, {}, 0};
-    Output& o = parts.output;
-    const std::span<const std::uint8_t> bin = o.buffers.bin();
-    o.doc["buffers"] = json::array({{{"byteLength", bin.size()}}});
+GlbFile ExportGLB(const ModelData& model, const TexturePictures& pictures) {
+    Output o = Export(model, pictures, true);
+    const std::size_t binLength = (o.buffers.bin().size() + 3) / 4 * 4;
+    o.doc["buffers"] = json::array({{{"byteLength", o.buffers.bin().size()}}});
     std::string text = o.buffers.Dump(o.doc, -1);
     while (text.size() % 4 != 0)
         text += ' ';
-    const std::size_t binLength = (bin.size() + 3) / 4 * 4;
-    parts.paddingLength = binLength - bin.size();
-    std::vector<std::uint8_t>& head = parts.head;
+    // The file's header, the JSON chunk and the binary chunk's header go in front of the
+    // buffer.
+    std::vector<std::uint8_t> head;
     head.reserve(28 + text.size());
     Append32(head, 0x46546C67);  // "glTF"
     Append32(head, 2);
@@ -615,30 +604,14 @@ GlbParts MakeGlb(const ModelData& model, const TexturePictures& pictures) {
     head.insert(head.end(), text.begin(), text.end());
     Append32(head, static_cast<std::uint32_t>(binLength));
     Append32(head, 0x004E4942);  // "BIN"
-    return parts;
-}
-
-}  // namespace
-
-std::vector<std::uint8_t> ExportGLB(const ModelData& model, const TexturePictures& pictures) {
-    const GlbParts parts = MakeGlb(model, pictures);
-    std::vector<std::uint8_t> out;
-    std::size_t size = 0;
-    for (const auto& piece : parts.Pieces())
-        size += piece.size();
-    out.reserve(size);
-    for (const auto& piece : parts.Pieces())
-        out.insert(out.end(), piece.begin(), piece.end());
-    return out;
+    auto whole = o.buffers.TakeWithHead(head);
+    return {std::move(whole.storage), whole.first, whole.size};
 }
 
 std::string ExportGLTF(const ModelData& model, const TexturePictures& pictures,
                        const std::filesystem::path& out) {
     const std::string ext = LowerCase1252(out.extension().string());
-    if (ext == ".glb") {
-        const GlbParts parts = MakeGlb(model, pictures);
-        return WriteFileReplacing(out, parts.Pieces());
-    }
+    if (ext == ".glb") return WriteFileReplacing(out, ExportGLB(model, pictures).bytes());
     if (ext != ".gltf") return "The file name must end in .glb or .gltf: " + out.string();
     Output o = Export(model, pictures, false);
     const std::filesystem::path folder = out.parent_path();

@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,8 +19,20 @@ namespace mw {
 // The decoded picture of each model texture, where the game data had one.
 using TexturePictures = std::vector<std::optional<RgbaImage>>;
 
+// The bytes of a .glb file, made in one piece of memory.
+class GlbFile {
+  public:
+    GlbFile(std::unique_ptr<std::uint8_t[]> storage, std::size_t first, std::size_t size)
+        : storage_(std::move(storage)), first_(first), size_(size) {}
+    std::span<const std::uint8_t> bytes() const { return {storage_.get() + first_, size_}; }
+
+  private:
+    std::unique_ptr<std::uint8_t[]> storage_;
+    std::size_t first_, size_;
+};
+
 // The model as one binary glTF file (.glb), pictures embedded.
-std::vector<std::uint8_t> ExportGLB(const ModelData& model, const TexturePictures& pictures);
+GlbFile ExportGLB(const ModelData& model, const TexturePictures& pictures);
 
 // Writes `out`: a .glb, or a .gltf with its buffer (.bin) and the pictures (.png) beside
 // it. Returns the failure message, empty on success.

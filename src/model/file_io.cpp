@@ -20,12 +20,6 @@ std::optional<std::vector<std::uint8_t>> ReadFileBytes(const std::filesystem::pa
 
 std::string WriteFileReplacing(const std::filesystem::path& path,
                                std::span<const std::uint8_t> bytes) {
-    const std::span<const std::uint8_t> pieces[] = {bytes};
-    return WriteFileReplacing(path, pieces);
-}
-
-std::string WriteFileReplacing(const std::filesystem::path& path,
-                               std::span<const std::span<const std::uint8_t>> pieces) {
     namespace fs = std::filesystem;
     const std::string failure = "Error writing " + path.string();
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
@@ -35,10 +29,8 @@ std::string WriteFileReplacing(const std::filesystem::path& path,
     {
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
         if (!out) return failure;
-        for (const auto& bytes : pieces) {
-            out.write(reinterpret_cast<const char*>(bytes.data()),
-                      static_cast<std::streamsize>(bytes.size()));
-        }
+        out.write(reinterpret_cast<const char*>(bytes.data()),
+                  static_cast<std::streamsize>(bytes.size()));
         out.flush();
         if (!out) {
             out.close();

@@ -18,8 +18,5 @@ std::optional<std::vector<std::uint8_t>> ReadFileBytes(const std::filesystem::pa
 // message naming the file.
 std::string WriteFileReplacing(const std::filesystem::path& path,
                                std::span<const std::uint8_t> bytes);
-// The same for a file made of several pieces, written one after another.
-std::string WriteFileReplacing(const std::filesystem::path& path,
-                               std::span<const std::span<const std::uint8_t>> pieces);
 
 }  // namespace mw

@@ -383,3 +383,34 @@ TEST(GltfExport, EditedStructureIsExportedAsSaved) {
 
 }  // namespace
 }  // namespace mw
+
+namespace mw {
+namespace {
+
+// A model whose JSON outgrows the room kept in front of its small buffer: hundreds of parts
+// without faces.
+TEST(GltfExport, JsonLargerThanTheRoomKeptForIt) {
+    ModelData model = BuildSampleModel();
+    for (int k = 0; k < 400; ++k) {
+        SubObject pivot;
+        pivot.Index = static_cast<int>(model.SubObjects.size());
+        pivot.Parent = 0;
+        pivot.Name = "pivot_with_a_long_name_" + std::to_string(k);
+        pivot.Properties = "$rotate=" + std::to_string(k % 7 + 1);
+        model.SubObjects.push_back(std::move(pivot));
+    }
+    RebuildSaveOrder(model);
+    const ModelData loaded = Loaded(model);
+    const GlbFile glb = ExportGLB(loaded, {});
+    ImportScene scene;
+    std::string error;
+    ASSERT_TRUE(ReadGltfSceneFromBytes(glb.bytes(), scene, error)) << error;
+    const ImportResult back = ModelFromScene(scene);
+    ASSERT_EQ(back.Status, ImportStatus::Done);
+    EXPECT_TRUE(back.Exact);
+    ModelData a = loaded, b = back.Model;
+    EXPECT_EQ(WriteOOF(b), WriteOOF(a));
+}
+
+}  // namespace
+}  // namespace mw
