@@ -42,6 +42,9 @@ class BufferBuilder {
         return offset;
     }
 
+    // The buffer's first byte, for writing what was allocated (until the next Allocate).
+    std::uint8_t* Data() { return Base(); }
+
     // Copies `value` into the buffer at `offset` (a fixed size, so the copy is inlined).
     template <typename T>
     void Put(std::size_t offset, const T& value) {

@@ -316,10 +316,12 @@ class Exporter {
         // Each vertex's normal mirrored and of unit length, once; a face's own normal stands
         // in where the vertex has none.
         std::vector<Vector3> unitNormals(sub.Vertices.size());
-        std::vector<bool> hasNormal(sub.Vertices.size());
+        std::vector<std::uint8_t> hasNormal(sub.Vertices.size());
+        std::vector<Vector3> places(sub.Vertices.size());
         for (std::size_t i = 0; i < sub.Vertices.size(); ++i) {
             unitNormals[i] = UnitOr(Mirror(sub.Vertices[i].Normal), {});
             hasNormal[i] = unitNormals[i] != Vector3{};
+            places[i] = Finite(Mirror(sub.Vertices[i].Position));
         }
         BufferBuilder& b = out_.buffers;
         std::string primitives;
@@ -338,6 +340,7 @@ class Exporter {
             const std::size_t indices = b.Allocate(12 * triangles);
             std::array<float, 3> least{}, most{};
             std::uint32_t v = 0, t = 0;
+            std::uint8_t* const out = b.Data();  // nothing is allocated until the loop ends
             for (const std::size_t f : faces) {
                 const Face& face = sub.Faces[f];
                 const auto count = static_cast<std::uint32_t>(face.VertexCount);
@@ -347,26 +350,26 @@ class Exporter {
                                                   LinearFromByte(face.Color[2])};
                 for (std::uint32_t c = 0; c < count; ++c, ++v) {
                     const FaceVertex& fv = sub.Corners[firstCorner[f] + c];
-                    const Vertex& vertex = sub.Vertices[static_cast<std::size_t>(fv.VertexIndex)];
-                    const Vector3 p = Finite(Mirror(vertex.Position));
                     const auto vi = static_cast<std::size_t>(fv.VertexIndex);
-                    const Vector3 n = hasNormal[vi] ? unitNormals[vi] : faceNormal;
+                    const Vector3& p = places[vi];
                     const std::array<float, 3> place{p.X, p.Y, p.Z};
                     if (v == 0) least = most = place;
                     for (std::size_t k = 0; k < 3; ++k) {
                         least[k] = std::min(least[k], place[k]);
                         most[k] = std::max(most[k], place[k]);
                     }
-                    b.Put(positions + 12 * v, place);
-                    b.Put(normals + 12 * v, n);
-                    b.Put(uvs + 8 * v, std::array<float, 2>{FiniteOr0(fv.U), FiniteOr0(fv.V)});
-                    if (coloured) b.Put(colours + 12 * v, colour);
+                    const Vector3& n = hasNormal[vi] != 0 ? unitNormals[vi] : faceNormal;
+                    const std::array<float, 2> uv{FiniteOr0(fv.U), FiniteOr0(fv.V)};
+                    std::memcpy(out + positions + 12 * v, &p, 12);
+                    std::memcpy(out + normals + 12 * v, &n, 12);
+                    std::memcpy(out + uvs + 8 * v, uv.data(), 8);
+                    if (coloured) std::memcpy(out + colours + 12 * v, colour.data(), 12);
                 }
                 // Mirrored, a face turns the other way round: the corners go in reverse.
                 const std::uint32_t base = v - count;
                 for (std::uint32_t i = 1; i + 1 < count; ++i, ++t) {
-                    b.Put(indices + 12 * t,
-                          std::array<std::uint32_t, 3>{base, base + i + 1, base + i});
+                    const std::array<std::uint32_t, 3> triangle{base, base + i + 1, base + i};
+                    std::memcpy(out + indices + 12 * t, triangle.data(), 12);
                 }
             }
             const int n = static_cast<int>(vertices);
