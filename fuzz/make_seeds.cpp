@@ -1,6 +1,7 @@
 // Writes the seed corpora of the fuzz targets: make_fuzz_seeds DIR (one folder per target).
 #include <filesystem>
 #include <iostream>
+#include <span>
 #include <tuple>
 
 #include "convert/gltf_export.h"
@@ -16,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool Put(const fs::path& dir, const std::string& name, const std::vector<std::uint8_t>& bytes) {
+bool Put(const fs::path& dir, const std::string& name, std::span<const std::uint8_t> bytes) {
     fs::create_directories(dir);
     return mw::WriteFileReplacing(dir / name, bytes).empty();
 }
