@@ -143,6 +143,9 @@ std::optional<ModelData> SceneModelBuilder::Exact() {
         m_.SubObjects.push_back(ExactSubObject(subNodes_[static_cast<std::size_t>(i)]));
     ExactPoints(e);
     RebuildSaveOrder(m_);
+    // Parents the extras give that leave a sub-object out of the hierarchy (a loop, or one
+    // that does not exist): as the reader refuses such a file, the extras are not used.
+    if (m_.SubObjectCount() != static_cast<int>(m_.SubObjects.size())) return std::nullopt;
     return std::move(m_);
 }
 

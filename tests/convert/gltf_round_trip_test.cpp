@@ -358,6 +358,19 @@ TEST(GltfExport, FilesForTheValidator) {
 namespace mw {
 namespace {
 
+// Extras whose parents would leave a part out of the hierarchy are not used (found by
+// fuzzing): the model is made from the nodes.
+TEST(GltfImport, ExtrasWithALoopOfParentsAreNotUsed) {
+    const test::TempDir dir("gltf_loop");
+    const auto path = Export(Loaded(BuildSampleModel()), dir, "loop.gltf");
+    const ImportResult back = ImportChanged(
+        path, [](nlohmann::json& doc) { doc["nodes"][2]["extras"]["descent3"]["parent"] = 2; });
+    ASSERT_EQ(back.Status, ImportStatus::Done);
+    EXPECT_FALSE(back.Exact);
+    EXPECT_EQ(back.Model.SubObjectCount(), static_cast<int>(back.Model.SubObjects.size()));
+    EXPECT_EQ(back.Model.SubObjectCount(), 7);
+}
+
 // A model with sub-objects combined or deleted in the editor is exported as it would be saved.
 TEST(GltfExport, EditedStructureIsExportedAsSaved) {
     ModelData model = Loaded(BuildSampleModel());
