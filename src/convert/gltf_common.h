@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -32,6 +33,13 @@ inline Vector3 Mirror(Vector3 v) {
 // Mirror for values read from other programs: the same, but 0 stays 0 (not -0).
 inline Vector3 Unmirror(Vector3 v) {
     return {0.0f - v.X, v.Y, v.Z};
+}
+
+// v made of unit length, or `fallback` when its length is not finite or not above `least`.
+inline Vector3 UnitOr(Vector3 v, Vector3 fallback, float least = 0.0f) {
+    const float length = Length(v);
+    if (!(length > least) || !std::isfinite(length)) return fallback;
+    return {v.X / length, v.Y / length, v.Z / length};
 }
 
 using Quaternion = std::array<double, 4>;  // x, y, z, w as glTF stores them

@@ -38,11 +38,8 @@ Vector3 Finite(Vector3 v) {
     return {FiniteOr0(v.X), FiniteOr0(v.Y), FiniteOr0(v.Z)};
 }
 
-Vector3 UnitOr(Vector3 v, Vector3 fallback) {
-    const float length = Length(v);
-    if (!(length > 1e-20f) || !std::isfinite(length)) return fallback;
-    return {v.X / length, v.Y / length, v.Z / length};
-}
+// Normals shorter than this are taken as none.
+constexpr float kLeastNormal = 1e-20f;
 
 json QuaternionJson(const Quaternion& q) {
     return json::array({q[0], q[1], q[2], q[3]});
@@ -319,7 +316,7 @@ class Exporter {
         std::vector<std::uint8_t> hasNormal(sub.Vertices.size());
         std::vector<Vector3> places(sub.Vertices.size());
         for (std::size_t i = 0; i < sub.Vertices.size(); ++i) {
-            unitNormals[i] = UnitOr(Mirror(sub.Vertices[i].Normal), {});
+            unitNormals[i] = UnitOr(Mirror(sub.Vertices[i].Normal), {}, kLeastNormal);
             hasNormal[i] = unitNormals[i] != Vector3{};
             places[i] = Finite(Mirror(sub.Vertices[i].Position));
         }
@@ -344,7 +341,8 @@ class Exporter {
             for (const std::size_t f : faces) {
                 const Face& face = sub.Faces[f];
                 const auto count = static_cast<std::uint32_t>(face.VertexCount);
-                const Vector3 faceNormal = UnitOr(Mirror(face.Normal), {0.0f, 1.0f, 0.0f});
+                const Vector3 faceNormal =
+                    UnitOr(Mirror(face.Normal), {0.0f, 1.0f, 0.0f}, kLeastNormal);
                 const std::array<float, 3> colour{LinearFromByte(face.Color[0]),
                                                   LinearFromByte(face.Color[1]),
                                                   LinearFromByte(face.Color[2])};

@@ -9,10 +9,15 @@
 
 namespace mw {
 
+namespace {
+
+// Files of these names are read as glTF; all others through the asset library.
 bool IsGltfName(const std::filesystem::path& path) {
     const std::string ext = LowerCase1252(path.extension().string());
     return ext == ".gltf" || ext == ".glb";
 }
+
+}  // namespace
 
 ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& options) {
     ImportResult result;

@@ -29,7 +29,4 @@ ImportResult ImportModel(const std::filesystem::path& path, const ImportOptions&
 // The model of a scene already read.
 ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& options = {});
 
-// True when the importer reads files of this name as glTF.
-bool IsGltfName(const std::filesystem::path& path);
-
 }  // namespace mw

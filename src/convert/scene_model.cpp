@@ -74,11 +74,6 @@ class VertexTable {
     std::vector<int> slots_;
 };
 
-Vector3 UnitOrZero(Vector3 v) {
-    const float length = Length(v);
-    if (!(length > 0.0f) || !std::isfinite(length)) return {};
-    return {v.X / length, v.Y / length, v.Z / length};
-}
 }  // namespace
 
 SceneModelBuilder::SceneModelBuilder(const ImportScene& scene) : s_(scene) {
@@ -195,12 +190,12 @@ void SceneModelBuilder::SetPointFromNode(PointType type, int index, int node) {
                        world_[static_cast<std::size_t>(subNodes_[static_cast<std::size_t>(sub)])])
                  : Vector3{};
     const Vector3 position = Unmirror(Subtract(TranslationOf(w), origin));
-    const Vector3 direction = Unmirror(UnitOrZero(TransformDirection(w, {0.0f, 1.0f, 0.0f})));
+    const Vector3 direction = Unmirror(UnitOr(TransformDirection(w, {0.0f, 1.0f, 0.0f}), {}));
     auto& list = m_.Points(type);
     const auto i = static_cast<std::size_t>(index);
     list[i] = {std::max(sub, 0), position, direction};
     if (type != PointType::ATCH) return;
-    const Vector3 up = Unmirror(UnitOrZero(TransformDirection(w, {0.0f, 0.0f, -1.0f})));
+    const Vector3 up = Unmirror(UnitOr(TransformDirection(w, {0.0f, 0.0f, -1.0f}), {}));
     if (i < m_.AttachNormals.size()) {
         m_.AttachNormals[i] = {std::max(sub, 0), position, up};
     } else if (i == m_.AttachNormals.size()) {
@@ -267,7 +262,7 @@ void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub
                 if (normals) {
                     const Vector3 n{p.Normals[3 * v], p.Normals[3 * v + 1], p.Normals[3 * v + 2]};
                     vertex.Normal =
-                        Unmirror(UnitOrZero(identity ? n : TransformDirection(normalBake, n)));
+                        Unmirror(UnitOr(identity ? n : TransformDirection(normalBake, n), {}));
                 }
                 position[v] = vertex.Position;
                 index[v] = shared.FindOrAdd(vertex, sub.Vertices);
@@ -299,7 +294,7 @@ void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub
                     normal.Y += (a.Z - b.Z) * (a.X + b.X);
                     normal.Z += (a.X - b.X) * (a.Y + b.Y);
                 }
-                face.Normal = Unmirror(UnitOrZero(normal));
+                face.Normal = Unmirror(UnitOr(normal, {}));
                 for (std::size_t c = size; c-- > 0;) {
                     const std::uint32_t v = p.Indices[at + c];
                     const bool uv = p.Uvs.size() >= 2 * p.VertexCount();
@@ -334,7 +329,7 @@ void SceneModelBuilder::FaceAveragedNormals(SubObject& sub) {
         }
     }
     for (std::size_t v = 0; v < sub.Vertices.size(); ++v) {
-        if (sub.Vertices[v].Normal == Vector3{}) sub.Vertices[v].Normal = UnitOrZero(sum[v]);
+        if (sub.Vertices[v].Normal == Vector3{}) sub.Vertices[v].Normal = UnitOr(sum[v], {});
     }
 }
 
