@@ -1,6 +1,7 @@
 #include "gamedata_writers.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "model/byte_cursor.h"
 
@@ -96,12 +97,17 @@ void Image(ByteWriter& w, const RgbaImage& image, const OgfOptions& o) {
     w.u8(o.IdLength);
     w.u8(0);
     w.u8(o.Type);
-    if (o.Type >= 121) {
-        NulText(w, o.Name.substr(0, 34));
-    } else {
-        Name(w, o.Name, 35);
+    // The plain Targa types (2 and 10) carry no name and no mip count: the game reads them
+    // as Targa files. `NamedTrueColour` writes the older layout that some tools left.
+    const bool trueColour = o.Type == 2 || o.Type == 10;
+    if (!trueColour || o.NamedTrueColour) {
+        if (o.Type >= 121) {
+            NulText(w, o.Name.substr(0, 34));
+        } else {
+            Name(w, o.Name, 35);
+        }
+        w.u8(static_cast<std::uint8_t>(o.MipLevels));
     }
-    w.u8(static_cast<std::uint8_t>(o.MipLevels));
     for (int i = 0; i < 9; ++i)
         w.u8(0);
     w.u16(static_cast<std::uint16_t>(image.Width));
@@ -171,52 +177,148 @@ void GamWriter::page(std::uint8_t type, const Bytes& body) {
 }
 
 GamWriter& GamWriter::texture(const GamTexturePage& p) {
+    // The fields the game reads for a version 7 page, and nothing after them.
     ByteWriter w;
     w.u16(7);
     NulText(w, p.TexName);
     NulText(w, p.FileName);
     NulText(w, "");
-    for (int i = 0; i < 12; ++i)
-        w.u8(static_cast<std::uint8_t>(i));
+    for (float light : {0.25f, 0.5f, 0.75f})
+        w.f32(light);
     w.f32(p.Alpha);
     w.f32(p.AnimationTime);
     w.f32(p.SlideU);
     w.f32(p.SlideV);
-    for (int i = 28; i < 33; ++i)
-        w.u8(0);
-    w.u32(0x12345678);
+    w.f32(0.5f);  // reflectivity
+    w.u8(0);      // corona
+    w.i32(0);     // damage
     w.u32(p.Flags);
-    w.raw("trailing page data the reader does not need");
+    NulText(w, "");  // sound
+    w.f32(1.0f);     // sound volume
     page(1, w.release());
     return *this;
 }
 
+GamObjectPage ObjectPage(std::string name, const std::array<std::string, 3>& models,
+                         std::uint8_t kind, std::int16_t version, std::uint8_t type) {
+    GamObjectPage p;
+    p.Name = std::move(name);
+    for (std::size_t i = 0; i < 3; ++i)
+        p.Models[i] = models[i];
+    p.Kind = kind;
+    p.Version = version;
+    p.Type = type;
+    return p;
+}
+
 GamWriter& GamWriter::object(const GamObjectPage& p) {
+    // Every field of a generic page in the game's order for the page's version.
+    const int v = p.Version;
     ByteWriter w;
-    w.u16(static_cast<std::uint16_t>(p.Version));
+    w.u16(static_cast<std::uint16_t>(v));
     w.u8(p.Type);
     NulText(w, p.Name);
     for (const auto& m : p.Models)
         NulText(w, m);
-    for (int i = 0; i < 3; ++i)
-        w.u32(0);
-    for (int i = 0; i < (p.Version < 24 ? 1 : 2); ++i)
-        w.u8(0);
-    if (p.Type == 7 && p.Version > 24) w.u16(0);
-    NulText(w, "icon");
-    if (p.Version > 17) NulText(w, "script");
-    if (p.Version > 18) NulText(w, "module");
+    for (float f : {1.0f, 0.5f, 3.0f})  // impact size, time, damage
+        w.f32(f);
+    if (v >= 24) {
+        w.u16(30);  // score
+    } else {
+        w.u8(30);
+    }
+    if (p.Type == 7 && v >= 25) w.u16(5);  // ammo
+    NulText(w, "script");
+    if (v >= 18) NulText(w, "module");
+    if (v >= 19) NulText(w, "override");
     w.u8(1);
     NulText(w, "A description of the object.");
-    NulText(w, "sound");
+    NulText(w, "icon");
+    w.f32(75.0f);  // detail distances
+    w.f32(120.0f);
+    for (int i = 0; i < 17; ++i)  // physics
+        w.u32(i == 3 || i == 6 ? 0u : std::bit_cast<std::uint32_t>(0.5f * static_cast<float>(i)));
+    w.f32(p.Size);
+    for (int i = 0; i < 10; ++i)  // lighting
+        w.f32(0.1f * static_cast<float>(i));
     w.u32(0);
     w.u32(0);
-    for (int i = 0; i < 68; ++i)
-        w.u8(0xAB);
-    w.u32(0);
-    for (int i = 0; i < 49; ++i)
-        w.u8(0xCD);
-    w.u8(p.Kind);
+    w.u8(0);
+    w.u8(p.Kind);  // the lighting's render type
+    w.i32(p.HitPoints);
+    w.u32(0x05);  // flags: AI, destroyable
+    w.u32(0);     // AI flags
+    for (std::uint8_t b : {1, 2, 3, 4})
+        w.u8(b);
+    for (int i = 0; i < 4; ++i)
+        w.f32(10.0f + static_cast<float>(i));
+    w.u32(0);  // notify flags
+    for (int i = 0; i < 23; ++i)
+        w.f32(0.01f * static_cast<float>(i));
+    if (v >= 16) w.f32(4.0f);
+    if (v >= 17) {
+        for (float f : {0.5f, 10.0f, 50.0f})
+            w.f32(f);
+    }
+    for (int i = 0; i < 2; ++i) {
+        w.u8(0);
+        w.f32(0.0f);
+        w.u16(0);
+        NulText(w, i == 0 ? "spew" : "");
+    }
+    for (int c = 0; c < 5; ++c) {
+        for (int a = 0; a < 24; ++a) {
+            const int from = c == 0 && a == 10 ? p.IdleFrom : 0;
+            const int to = c == 0 && a == 10 ? p.IdleTo : 0;
+            if (v < 20) {
+                w.u8(static_cast<std::uint8_t>(from));
+                w.u8(static_cast<std::uint8_t>(to));
+            } else {
+                w.u16(static_cast<std::uint16_t>(from));
+                w.u16(static_cast<std::uint16_t>(to));
+            }
+            w.f32(1.0f);
+        }
+    }
+    for (int b = 0; b < 21; ++b) {
+        w.f32(0.0f);
+        w.f32(0.0f);
+        for (int j = 0; j < 8; ++j)
+            w.u16(0);
+        for (int j = 0; j < 8; ++j) {
+            w.u8(b == 0 && j == 0 ? p.FirstMask : 0);
+            for (int k = 0; k < 5; ++k)
+                w.f32(0.0f);
+        }
+        w.u8(b == 0 ? 1 : 0);  // masks used
+        w.u16(0);
+        w.u8(0);
+        for (int k = 0; k < 3; ++k)
+            w.f32(0.0f);
+        if (v >= 15) {
+            w.u16(0);
+        } else {
+            w.u8(0);
+        }
+        w.u8(0);
+    }
+    for (int i = 0; i < 21 * 8; ++i)
+        NulText(w, i == 0 ? p.FirstWeapon : "");
+    NulText(w, "object sound");
+    NulText(w, "");
+    if (v < 26) NulText(w, "");
+    for (int i = 0; i < 5 + 21 * 8 + 5 * 24; ++i)
+        NulText(w, "");
+    if (v >= 21) w.f32(1.0f);
+    if (v >= 22) {
+        w.u16(4);
+        for (int i = 0; i < 4; ++i) {
+            w.u32(0);
+            w.f32(0.0f);
+            w.f32(0.0f);
+            w.u8(i == 0 ? 100 : 0);
+        }
+    }
     page(10, w.release());
     return *this;
 }

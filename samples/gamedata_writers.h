@@ -4,6 +4,7 @@
 // only what the game itself writes.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -22,6 +23,7 @@ struct OgfOptions {
     int MipLevels = 1;    // levels written after the image (halved each time)
     std::string Name = "image";
     std::uint8_t IdLength = 0;
+    bool NamedTrueColour = false;  // types 2 and 10 with a name field (not what the game reads)
 };
 
 Bytes WriteOGF(const RgbaImage& image, const OgfOptions& options);
@@ -43,13 +45,23 @@ struct GamTexturePage {
     std::uint32_t Flags = 0;
 };
 
+// A generic page with every field the game reads, for versions 15 to 27.
 struct GamObjectPage {
     std::string Name;
     std::string Models[3];
-    std::uint8_t Kind = 0;
-    std::int16_t Version = 25;
-    std::uint8_t Type = 2;
+    std::uint8_t Kind = 0;  // the lighting's render type, which the texture lookup reads
+    std::int16_t Version = 27;
+    std::uint8_t Type = 2;  // 2 robot, 7 powerup, 11 clutter, 16 building
+    float Size = 4.0f;
+    std::int32_t HitPoints = 100;
+    std::int16_t IdleFrom = 0;  // the standing idle animation range
+    std::int16_t IdleTo = 0;
+    std::string FirstWeapon;  // battery 0, gun point 0
+    std::uint8_t FirstMask = 0;
 };
+
+GamObjectPage ObjectPage(std::string name, const std::array<std::string, 3>& models,
+                         std::uint8_t kind, std::int16_t version = 27, std::uint8_t type = 2);
 
 class GamWriter {
   public:

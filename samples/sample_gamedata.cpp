@@ -74,13 +74,20 @@ Bytes BuildSampleArchive() {
     GamWriter gam;
     gam.texture({"Sample Hull", "ship_hull.ogf", 1.0f, 0.0f, 0.0f, 0.0f, 0});
     gam.texture({"Sample Wing Stripes", "ship_wing.ogf", 1.0f, 0.0f, 2.0f, 0.0f, 0});
-    gam.texture({"Sample Turret Light", "ship_turret.oaf", 1.0f, 1.0f, 0.0f, 0.0f, 0});
+    // Four frames of a quarter second each: the game shows a frame for speed / frames.
+    gam.texture({"Sample Turret Light", "ship_turret.oaf", 1.0f, 1.0f, 0.0f, 0.0f, 0x40});
     gam.texture({"thrustball", "thrustball.ogf", 1.0f, 0.0f, 0.0f, 0.0f, 0x4000});
-    gam.object({"Sample Ship", {"ship.oof", "", ""}, 1, 25, 2});
+    GamObjectPage ship;
+    ship.Name = "Sample Ship";
+    ship.Models[0] = "ship.oof";
+    ship.Kind = 1;
+    ship.FirstWeapon = "Laser";
+    ship.FirstMask = 1;
+    gam.object(ship);
     // Directories are sorted by name, as the game's archives are.
-    ModelData ship = BuildSampleModel();
+    ModelData model = BuildSampleModel();
     return WriteHOG({{"sample.gam", gam.bytes()},
-                     {"ship.oof", WriteOOF(ship)},
+                     {"ship.oof", WriteOOF(model)},
                      {"ship_hull.ogf", WriteOGF(Hull(), hull)},
                      {"ship_turret.oaf", WriteOAF(TurretFrames(), turret)},
                      {"ship_wing.ogf", WriteOGF(Wing(), wing)},

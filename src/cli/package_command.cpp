@@ -13,11 +13,12 @@ namespace {
 constexpr const char* kPackageUsage =
     "Usage: meshwright-cli package MODEL OUT.mn3|OUT.hog [--textures DIR] [game data]\n"
     "Packs the model, every texture it uses that the game data does not have, and a table\n"
-    "MODEL.gam with a texture page for each of them, so that the game shows the model with\n"
-    "its textures. A texture is taken from NAME.ogf or NAME.oaf in DIR or the model's folder\n"
-    "(copied), else from NAME.png or NAME.tga there (encoded). Prints what went in and what\n"
-    "is still missing; exits 0 when nothing is missing, 65 otherwise (the archive is written\n"
-    "either way).\n";
+    "OUT.gam (the game loads the table of a mission archive by the archive's name) with a\n"
+    "texture page for each of them, so that the game shows the model with its textures. A\n"
+    "texture is taken from NAME.ogf or NAME.oaf in DIR or the model's folder (copied), else\n"
+    "from NAME.png or NAME.tga there (encoded). Prints what went in and what is still\n"
+    "missing; exits 0 when nothing is missing, 65 otherwise (the archive is written either\n"
+    "way; a texture name too long for the game writes nothing).\n";
 
 }  // namespace
 

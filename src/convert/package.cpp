@@ -1,6 +1,7 @@
 #include "convert/package.h"
 
 #include <optional>
+#include <tuple>
 
 #include "convert/texture_images.h"
 #include "gamedata/file_names.h"
@@ -9,6 +10,7 @@
 #include "gamedata/ogf.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
+#include "model/text_codec.h"
 
 namespace mw {
 namespace {
@@ -25,12 +27,13 @@ std::optional<std::filesystem::path> FindBeside(const std::vector<std::filesyste
     return std::nullopt;
 }
 
-// The side an image has, read from its OGF or OAF header (0 when it cannot be read).
-int ImageWidth(const std::vector<std::uint8_t>& bytes, bool animation) {
+// The size an image has, read from its OGF or OAF header (0 by 0 when it cannot be read).
+std::pair<int, int> ImageSize(const std::vector<std::uint8_t>& bytes, bool animation) {
     ByteReader r(bytes);
     if (animation) r.skip(!bytes.empty() && bytes[0] == 127 ? 7 : 17);
     clsOGF ogf;
-    return ogf.ReadOGF(r) == OgfStatus::Ok ? ogf.Image.Width : 0;
+    if (ogf.ReadOGF(r) != OgfStatus::Ok) return {0, 0};
+    return {ogf.Image.Width, ogf.Image.Height};
 }
 
 // The texture's image for the archive, and its page; nullopt (with a warning) when the
@@ -52,7 +55,13 @@ std::optional<AddedImage> PrepareImage(const PackageTexture& t,
             return std::nullopt;
         }
         added.Page.Animated = ContainsIgnoringCase(t.Entry, ".oaf");
-        added.Page.Width = ImageWidth(*bytes, added.Page.Animated);
+        std::tie(added.Page.Width, added.Page.Height) = ImageSize(*bytes, added.Page.Animated);
+        if (added.Page.Animated) {
+            // The game plays each frame for the page's speed divided by the frame count.
+            const auto timing = ReadOafTiming(*bytes);
+            if (timing && timing->Frames > 0 && timing->FrameTime > 0.0f)
+                added.Page.AnimationTime = timing->FrameTime * static_cast<float>(timing->Frames);
+        }
         added.Bytes = std::move(*bytes);
         return added;
     }
@@ -76,6 +85,7 @@ std::optional<AddedImage> PrepareImage(const PackageTexture& t,
                            " pixels; the game's renderer is known to fail on such textures.");
     }
     added.Page.Width = image->Width;
+    added.Page.Height = image->Height;
     added.Bytes = EncodeOGF(*image, {OgfFormat::Auto, -1, t.Entry});
     return added;
 }
@@ -138,9 +148,9 @@ std::vector<PackageTexture> PlanPackageTextures(const ModelData& model, GameData
 std::string PackageReport(const PackageResult& result, const std::string& archive) {
     std::string text;
     for (const PackageTexture& t : result.Textures) {
-        text += "texture " + t.Name + ": " + PackageSourceName(t.Source);
+        text += "texture " + Utf8From1252(t.Name) + ": " + PackageSourceName(t.Source);
         if (!t.File.empty() && t.Source != PackageSource::Missing)
-            text += " (" + t.File.filename().string() + " as " + t.Entry + ")";
+            text += " (" + t.File.filename().string() + " as " + Utf8From1252(t.Entry) + ")";
         text += "\n";
     }
     text += archive + ":";
@@ -175,7 +185,25 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
     folders.push_back(modelPath.parent_path().empty() ? "." : modelPath.parent_path());
     result.Textures = PlanPackageTextures(model, game, settings, folders);
 
-    std::vector<HogFile> files{{modelPath.filename().string(), *modelBytes}};
+    const auto modelEntry = HogNameFromUtf8(modelPath.filename().string());
+    const auto tableStem = HogNameFromUtf8(archive.stem().string());
+    if (!modelEntry || !tableStem) {
+        result.Error = "\"" + (modelEntry ? archive : modelPath).filename().string() +
+                       "\" has a character the game's file names (Windows-1252) cannot hold.";
+        return result;
+    }
+    // The game loads a texture only through an image file name of at most 33 characters.
+    for (const PackageTexture& t : result.Textures) {
+        if (t.Source == PackageSource::InGame || t.Source == PackageSource::Missing) continue;
+        if (t.Name.size() > kMaxTextureNameLength) {
+            result.Error = "The texture name \"" + Utf8From1252(t.Name) + "\" is longer than the " +
+                           std::to_string(kMaxTextureNameLength) +
+                           " characters the game loads an image by; rename it in the model.";
+            return result;
+        }
+    }
+
+    std::vector<HogFile> files{{*modelEntry, *modelBytes}};
     std::vector<std::uint8_t> table;
     for (PackageTexture& t : result.Textures) {
         if (t.Source == PackageSource::InGame) continue;
@@ -183,13 +211,8 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
             ++result.Missing;
             continue;
         }
-        if (t.Name.size() > kPageNameLength) {
-            result.Warnings.push_back("The texture name \"" + t.Name + "\" is longer than the " +
-                                      std::to_string(kPageNameLength) +
-                                      " characters a table page holds.");
-        }
         if (t.Source == PackageSource::PageOnly) {
-            const auto page = WriteTexturePage({t.Name, t.Entry, 0, false, 1.0f});
+            const auto page = WriteTexturePage({t.Name, t.Entry, 0, 0, false, 1.0f});
             table.insert(table.end(), page.begin(), page.end());
             continue;
         }
@@ -203,9 +226,10 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
         table.insert(table.end(), page.begin(), page.end());
         files.push_back({t.Entry, std::move(added->Bytes)});
     }
-    if (!table.empty()) files.push_back({modelPath.stem().string() + ".gam", std::move(table)});
+    // The game loads the table of NAME.mn3 as NAME.gam.
+    if (!table.empty()) files.push_back({*tableStem + ".gam", std::move(table)});
     for (const HogFile& f : files)
-        result.Entries.push_back(f.Name);
+        result.Entries.push_back(Utf8From1252(f.Name));
     const HogEdit written = WriteHogFiles(archive, std::move(files), time);
     if (!written.Error.empty()) {
         result.Error = written.Error;

@@ -1,5 +1,7 @@
 #include "gamedata/gam_writer.h"
 
+#include <algorithm>
+
 #include "model/byte_cursor.h"
 
 namespace mw {
@@ -12,13 +14,28 @@ void NulText(ByteWriter& w, const std::string& text) {
 
 }  // namespace
 
-std::uint32_t ObjectTextureFlags(int width, bool animated) {
+std::optional<OafTiming> ReadOafTiming(std::span<const std::uint8_t> bytes) {
+    ByteReader r(bytes);
+    OafTiming timing;
+    if (r.u8() == 127) {
+        r.u8();  // version
+        timing.Frames = r.u8();
+        timing.FrameTime = r.f32();
+    } else {
+        timing.Frames = bytes.empty() ? 0 : bytes[0];
+    }
+    if (!r.ok()) return std::nullopt;
+    return timing;
+}
+
+std::uint32_t ObjectTextureFlags(int width, int height, bool animated) {
     std::uint32_t flags = kTexFlagObject;
-    if (width <= 32) {
+    const int side = std::max(width, height);
+    if (side <= 32) {
         flags |= kTexFlagSize32;
-    } else if (width <= 64) {
+    } else if (side <= 64) {
         flags |= kTexFlagSize64;
-    } else if (width > 128) {
+    } else if (side > 128) {
         flags |= kTexFlagSize256;
     }
     if (animated) flags |= kTexFlagAnimated;
@@ -42,7 +59,7 @@ std::vector<std::uint8_t> WriteTexturePage(const TexturePage& page) {
     w.f32(0.5f);  // reflectivity
     w.u8(0);      // corona
     w.i32(0);     // damage
-    w.u32(ObjectTextureFlags(page.Width, page.Animated));
+    w.u32(ObjectTextureFlags(page.Width, page.Height, page.Animated));
     NulText(w, "");  // no sound
     w.f32(1.0f);     // sound volume
     std::vector<std::uint8_t> bytes = w.release();

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,16 +21,32 @@ inline constexpr std::int16_t kTexturePageVersion = 7;
 // A page name holds this many characters before its NUL.
 inline constexpr std::size_t kPageNameLength = 34;
 
+// The longest texture name whose image file name (NAME.ogf) the game still loads: it refuses
+// a bitmap name over 33 characters.
+inline constexpr std::size_t kMaxTextureNameLength = 29;
+
 struct TexturePage {
     std::string Name;       // the name models use for the texture
     std::string ImageFile;  // with its extension (.ogf or .oaf)
-    int Width = 0;          // decides the size the game loads the texture at
+    int Width = 0;          // with the height, decides the size the game loads it at
+    int Height = 0;
     bool Animated = false;
-    float AnimationTime = 1.0f;  // seconds for the whole animation
+    // The page's speed: seconds for the whole animation (the game shows each frame for
+    // speed / frames and ignores the frame time the OAF itself holds).
+    float AnimationTime = 1.0f;
 };
 
-// The flags a plain object texture of that size has (animated when it is an animation).
-std::uint32_t ObjectTextureFlags(int width, bool animated);
+// The flags a plain object texture of that size has (animated when it is an animation). The
+// larger side decides the size class, so the game never scales a picture down.
+std::uint32_t ObjectTextureFlags(int width, int height, bool animated);
+
+// The frame count and frame time an OAF's header holds (the newer header only; the older
+// one has no frame time, which then reads 0). nullopt when the bytes are no OAF.
+struct OafTiming {
+    int Frames = 0;
+    float FrameTime = 0.0f;
+};
+std::optional<OafTiming> ReadOafTiming(std::span<const std::uint8_t> bytes);
 
 // One texture page: type, length, then the body the game reads (version, the three names,
 // colour, alpha, speed, slides, reflectivity, corona, damage, flags, sound).

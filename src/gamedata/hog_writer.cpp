@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstring>
 
+#include "gamedata/file_names.h"
 #include "gamedata/hog.h"
 #include "model/byte_cursor.h"
 #include "model/file_io.h"
@@ -17,14 +18,19 @@ constexpr std::size_t kEntrySize = 48;
 constexpr std::size_t kNameField = 36;
 
 bool SameName(const std::string& a, const std::string& b) {
-    return LowerCase1252(a) == LowerCase1252(b);
+    return HogNamesEqual(a, b);
+}
+
+// A name for people: archive names are Windows-1252 bytes.
+std::string Shown(const std::string& name) {
+    return Utf8From1252(name);
 }
 
 // Why a name cannot stand in an archive's directory, or empty.
 std::string NameProblem(const std::string& name) {
     if (name.empty()) return "An archive entry needs a name.";
     if (name.size() > kHogNameLength) {
-        return "\"" + name + "\" is longer than the " + std::to_string(kHogNameLength) +
+        return "\"" + Shown(name) + "\" is longer than the " + std::to_string(kHogNameLength) +
                " characters an archive entry's name holds.";
     }
     return {};
@@ -35,11 +41,17 @@ std::string NameProblem(const std::string& name) {
 std::string ReadInputs(const std::vector<std::filesystem::path>& paths, std::vector<HogFile>& out,
                        bool& unreadable) {
     for (const auto& path : paths) {
-        HogFile file{path.filename().string(), {}};
+        const std::string shown = path.filename().string();
+        const auto name = HogNameFromUtf8(shown);
+        if (!name) {
+            return "\"" + shown +
+                   "\" has a character the game's file names (Windows-1252) cannot hold.";
+        }
+        HogFile file{*name, {}};
         if (std::string problem = NameProblem(file.Name); !problem.empty()) return problem;
         for (const HogFile& earlier : out) {
             if (SameName(earlier.Name, file.Name)) {
-                return "\"" + earlier.Name + "\" and \"" + file.Name +
+                return "\"" + Shown(earlier.Name) + "\" and \"" + shown +
                        "\" are the same name in an archive (names ignore case).";
             }
         }
@@ -81,10 +93,28 @@ HogEdit Unreadable(std::string message) {
 
 }  // namespace
 
+bool HogNameLess(std::string_view a, std::string_view b) {
+    return AsciiLower(a) < AsciiLower(b);  // std::string compares bytes as unsigned
+}
+
+bool HogNamesEqual(std::string_view a, std::string_view b) {
+    return EqualsIgnoringCase(a, b);
+}
+
+std::optional<std::string> HogNameFromUtf8(std::string_view utf8) {
+    return Cp1252FromUtf8Exact(utf8);
+}
+
+int FirstOutOfOrder(const std::vector<std::string>& names) {
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        if (HogNameLess(names[i], names[i - 1])) return static_cast<int>(i);
+    }
+    return -1;
+}
+
 std::vector<std::uint8_t> BuildHOG(std::vector<HogFile> files, std::uint32_t time) {
-    std::stable_sort(files.begin(), files.end(), [](const HogFile& a, const HogFile& b) {
-        return LowerCase1252(a.Name) < LowerCase1252(b.Name);
-    });
+    std::stable_sort(files.begin(), files.end(),
+                     [](const HogFile& a, const HogFile& b) { return HogNameLess(a.Name, b.Name); });
     std::size_t total = kHeaderSize + kEntrySize * files.size();
     for (const HogFile& f : files)
         total += f.Data.size();
@@ -135,7 +165,7 @@ HogEdit WriteHogFiles(const std::filesystem::path& archive, std::vector<HogFile>
     HogEdit edit;
     for (const HogFile& f : files) {
         if (std::string problem = NameProblem(f.Name); !problem.empty()) return Failed(problem);
-        edit.Added.push_back(f.Name);
+        edit.Added.push_back(Shown(f.Name));
     }
     const std::string failure = WriteFileReplacing(archive, BuildHOG(std::move(files), time));
     if (!failure.empty()) return Failed(failure);
@@ -164,10 +194,10 @@ HogEdit AddToHog(const std::filesystem::path& archive,
             return SameName(f.Name, input.Name);
         });
         if (same != files.end()) {
-            edit.Replaced.push_back(input.Name);
+            edit.Replaced.push_back(Shown(input.Name));
             *same = std::move(input);
         } else {
-            edit.Added.push_back(input.Name);
+            edit.Added.push_back(Shown(input.Name));
             files.push_back(std::move(input));
         }
     }
@@ -183,13 +213,14 @@ HogEdit RemoveFromHog(const std::filesystem::path& archive, const std::vector<st
     if (std::string problem = ReadArchive(archive, files, unreadable); !problem.empty())
         return unreadable ? Unreadable(problem) : Failed(problem);
     HogEdit edit;
-    for (const std::string& name : names) {
+    for (const std::string& shown : names) {
+        const std::string name = Cp1252FromUtf8(shown);
         const auto same = std::find_if(files.begin(), files.end(), [&name](const HogFile& f) {
             return SameName(f.Name, name);
         });
         if (same == files.end())
-            return Failed("\"" + name + "\" is not in " + archive.string() + ".");
-        edit.Removed.push_back(same->Name);
+            return Failed("\"" + shown + "\" is not in " + archive.string() + ".");
+        edit.Removed.push_back(Shown(same->Name));
         files.erase(same);
     }
     const std::string failure = WriteFileReplacing(archive, BuildHOG(std::move(files), time));

@@ -1,5 +1,5 @@
 // Writing HOG2 archives: building one from named files, and creating, adding to and removing
-// from an archive file. The directory is kept sorted by name ignoring case, because the
+// from an archive file. The directory is kept sorted as the game compares names, because the
 // game finds a file in an archive by a binary search over its names. Every write goes to a
 // temporary file beside the target, which is replaced only when the archive is complete.
 #pragma once
@@ -20,6 +20,17 @@ struct HogFile {
 
 // An entry's name field holds this many characters before its NUL.
 inline constexpr std::size_t kHogNameLength = 35;
+
+// The order and equality of entry names as the game's archive lookup has them: ASCII
+// letters without regard to case, every other byte by its unsigned value. Names are
+// Windows-1252 bytes.
+bool HogNameLess(std::string_view a, std::string_view b);
+bool HogNamesEqual(std::string_view a, std::string_view b);
+// A file name (UTF-8) as an archive holds it, or nullopt when it has no Windows-1252 form.
+std::optional<std::string> HogNameFromUtf8(std::string_view utf8);
+// The first entry (by index) that stands before its predecessor in the game's order; -1
+// when the directory is in order.
+int FirstOutOfOrder(const std::vector<std::string>& names);
 
 // The archive of these files (names checked by the caller), every entry stamped `time`.
 std::vector<std::uint8_t> BuildHOG(std::vector<HogFile> files, std::uint32_t time);

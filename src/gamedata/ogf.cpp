@@ -37,22 +37,43 @@ OgfStatus clsOGF::ReadOGF(ByteReader& r) {
     if (colourMap != 0 || (type != 2 && type != 10 && !Is16BitType(type))) {
         return OgfStatus::BadType;
     }
-    Image.Type = type;
-
-    // The name: a fixed field for the true-colour types, NUL-terminated for the others.
-    const std::size_t nameStart = r.pos();
-    const std::size_t fieldSize = std::min(kNameField, r.remaining());
-    const std::string field = r.text(fieldSize);
-    const auto nul = field.find('\0');
-    Image.Name = field.substr(0, nul);
-    if (type == 2 || type == 10) {
-        if (fieldSize < kNameField) return OgfStatus::Damaged;
-    } else {
-        if (nul == std::string::npos) return OgfStatus::Damaged;
-        r.seek(nameStart + nul + 1);
+    if (type != 2 && type != 10) return ReadBody(r, idLength, type, true);
+    // A plain Targa type: the game reads it without a name or mip count. Files that carry
+    // them anyway (older tools wrote a name field) are still read, and marked.
+    ByteReader named = r;
+    const OgfStatus plain = ReadBody(r, idLength, type, false);
+    if (plain == OgfStatus::Ok && Image.Width > 0 && Image.Height > 0) return plain;
+    const DecodedImage plainImage = std::move(Image);
+    const OgfStatus withName = ReadBody(named, idLength, type, true);
+    if (withName != OgfStatus::Ok) {
+        Image = plainImage;
+        return plain;
     }
+    Image.GameReadsHeader = false;
+    r = named;
+    return withName;
+}
 
-    Image.MipCount = r.u8();
+OgfStatus clsOGF::ReadBody(ByteReader& r, std::uint8_t idLength, std::uint8_t type, bool named) {
+    Image = DecodedImage{};
+    Image.Type = type;
+    if (named) {
+        // The name: a fixed field for the true-colour types, NUL-terminated for the others.
+        const std::size_t nameStart = r.pos();
+        const std::size_t fieldSize = std::min(kNameField, r.remaining());
+        const std::string field = r.text(fieldSize);
+        const auto nul = field.find('\0');
+        Image.Name = field.substr(0, nul);
+        if (type == 2 || type == 10) {
+            if (fieldSize < kNameField) return OgfStatus::Damaged;
+        } else {
+            if (nul == std::string::npos) return OgfStatus::Damaged;
+            r.seek(nameStart + nul + 1);
+        }
+        Image.MipCount = r.u8();
+    } else {
+        Image.MipCount = 1;
+    }
     r.skip(9);
     Image.Width = static_cast<std::int16_t>(r.u16());
     Image.Height = static_cast<std::int16_t>(r.u16());

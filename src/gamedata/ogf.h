@@ -31,6 +31,9 @@ struct DecodedImage {
     std::uint8_t MipCount = 0;
     std::uint8_t Type = 0;
     std::uint8_t Depth = 0;
+    // False for a plain Targa type (2 or 10) with a name and mip count in its header, which
+    // the game does not read for those types.
+    bool GameReadsHeader = true;
 };
 
 class clsOGF {
@@ -50,6 +53,8 @@ class clsOGF {
     std::array<std::uint8_t, 3> FrameSignature{};
 
   private:
+    // The header after the type byte (with or without the name and mip count) and the pixels.
+    OgfStatus ReadBody(ByteReader& r, std::uint8_t idLength, std::uint8_t type, bool named);
     OgfStatus DecodeTrueColour(ByteReader& r, bool runLength, int bytesPerPixel, bool topDown);
     OgfStatus Decode16(ByteReader& r, bool format4444);
 

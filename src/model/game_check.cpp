@@ -164,7 +164,15 @@ class Checker {
 
     void Points() {
         const std::size_t atch = m_.AttachPoints.size(), nath = m_.AttachNormals.size();
-        if (nath > 0 && nath != atch) {
+        if (nath > atch) {
+            // The loader writes every normal into the attach-point array.
+            Finding& f = Add(Severity::Error, "attach-normals-overflow",
+                             "The model has " + std::to_string(nath) + " attach normals but " +
+                                 std::to_string(atch) +
+                                 " attach points; the game writes the extra normals past its "
+                                 "attach points and crashes.");
+            f.Point = CheckPoint{PointType::NATH, static_cast<int>(atch)};
+        } else if (nath > 0 && nath != atch) {
             Finding& f = Add(Severity::Warning, "attach-normals-unmatched",
                              "The model has " + std::to_string(nath) + " attach normals and " +
                                  std::to_string(atch) +

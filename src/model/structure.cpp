@@ -65,7 +65,11 @@ bool DeletePNT(ModelData& model, PointType type, int i) {
     auto& list = model.Points(type);
     if (i < 0 || i >= static_cast<int>(list.size())) return false;
     if (type == PointType::GPNT) RemoveWBATGPNT(model, i);
+    // Attach points and their normals go in pairs when there are as many of each: the
+    // game's loader stores normal i with point i, so a lone normal would run past them.
+    const bool paired = type == PointType::ATCH && model.AttachNormals.size() == list.size();
     list.erase(list.begin() + i);
+    if (paired) model.AttachNormals.erase(model.AttachNormals.begin() + i);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "model/text_codec.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -55,46 +56,60 @@ std::string Utf8From1252(std::string_view bytes) {
     return out;
 }
 
-std::string Cp1252FromUtf8(std::string_view utf8) {
+std::optional<std::string> Cp1252FromUtf8Exact(std::string_view utf8) {
     std::string out;
     out.reserve(utf8.size());
     std::size_t i = 0;
     while (i < utf8.size()) {
         const auto b = static_cast<unsigned char>(utf8[i]);
-        char32_t cp = 0;
         std::size_t len = 1;
-        if (b < 0x80) {
-            cp = b;
-        } else if ((b & 0xE0) == 0xC0) {
+        if ((b & 0xE0) == 0xC0) {
             len = 2;
         } else if ((b & 0xF0) == 0xE0) {
             len = 3;
         } else if ((b & 0xF8) == 0xF0) {
             len = 4;
-        } else {
-            cp = U'?';
+        } else if (b >= 0x80) {
+            return std::nullopt;
         }
-        if (len > 1) {
-            if (i + len > utf8.size()) {
-                cp = U'?';
-                len = utf8.size() - i;
-            } else {
-                cp = b & (0x7F >> len);
-                for (std::size_t k = 1; k < len; ++k) {
-                    cp = (cp << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3F);
-                }
-            }
+        if (i + len > utf8.size()) return std::nullopt;
+        char32_t cp = len == 1 ? b : b & (0x7F >> len);
+        for (std::size_t k = 1; k < len; ++k) {
+            const auto c = static_cast<unsigned char>(utf8[i + k]);
+            if ((c & 0xC0) != 0x80) return std::nullopt;
+            cp = (cp << 6) | (c & 0x3F);
         }
         i += len;
-        char byte = '?';
         if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) {
-            byte = static_cast<char>(cp);
-        } else {
-            for (std::size_t k = 0; k < kHighTable.size(); ++k) {
-                if (kHighTable[k] == cp) byte = static_cast<char>(0x80 + k);
-            }
+            out.push_back(static_cast<char>(cp));
+            continue;
         }
-        out.push_back(byte);
+        const auto* at = std::find(kHighTable.begin(), kHighTable.end(), cp);
+        if (at == kHighTable.end()) return std::nullopt;
+        out.push_back(static_cast<char>(0x80 + (at - kHighTable.begin())));
+    }
+    return out;
+}
+
+std::string Cp1252FromUtf8(std::string_view utf8) {
+    std::string out;
+    out.reserve(utf8.size());
+    std::size_t i = 0;
+    while (i < utf8.size()) {
+        // A character without a form in the code page, or a broken sequence, becomes '?'.
+        std::size_t len = 1;
+        const auto b = static_cast<unsigned char>(utf8[i]);
+        if ((b & 0xE0) == 0xC0) {
+            len = 2;
+        } else if ((b & 0xF0) == 0xE0) {
+            len = 3;
+        } else if ((b & 0xF8) == 0xF0) {
+            len = 4;
+        }
+        len = std::min(len, utf8.size() - i);
+        const auto one = Cp1252FromUtf8Exact(utf8.substr(i, len));
+        out += one ? *one : std::string("?");
+        i += len;
     }
     return out;
 }

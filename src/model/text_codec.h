@@ -2,6 +2,7 @@
 // every byte value survives a read and a write. These helpers convert at the edges.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,9 @@ std::string Utf8From1252(std::string_view bytes);
 
 // The reverse of Utf8From1252; characters outside the code page become '?'.
 std::string Cp1252FromUtf8(std::string_view utf8);
+
+// The same, or nullopt when a character has no Windows-1252 form (or the text is no UTF-8).
+std::optional<std::string> Cp1252FromUtf8Exact(std::string_view utf8);
 
 // Leading and trailing characters of `chars` (by default spaces) removed.
 std::string_view TrimSpaces(std::string_view text, std::string_view chars = " ");

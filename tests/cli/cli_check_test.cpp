@@ -34,14 +34,14 @@ TEST_F(CliCheckTest, TheSampleIsClean) {
 
 TEST_F(CliCheckTest, ErrorsExitOneAndWarningsAloneExitZero) {
     ModelData m = BuildSampleModel();
-    m.AttachNormals.push_back(m.AttachNormals[0]);
+    m.AttachPoints.push_back(m.AttachPoints[0]);
     const std::string warned = Write(m, "warned.oof");
     const auto w = Cli({"check", warned, "--json"});
     EXPECT_EQ(w.status, 0);
     EXPECT_EQ(w.out,
               "{\"findings\":[{\"severity\":\"warning\",\"code\":\"attach-normals-unmatched\","
               "\"subobject\":null,\"point\":\"NATH:0\",\"texture\":null,\"battery\":null,"
-              "\"message\":\"The model has 2 attach normals and 1 attach points; the game "
+              "\"message\":\"The model has 1 attach normals and 2 attach points; the game "
               "ignores the normals unless the counts are equal.\"}]}\n");
 
     m.Sub(3).Properties = "$fov=90";

@@ -123,7 +123,7 @@ TEST(CliGameData, HogListAndExtract) {
     const CliRun list = Cli({"hog", "list", kArchive, "--json"});
     ASSERT_EQ(list.status, 0);
     EXPECT_TRUE(
-        list.out.starts_with("[{\"name\":\"sample.gam\",\"offset\":356,\"length\":720,"
+        list.out.starts_with("[{\"name\":\"sample.gam\",\"offset\":356,\"length\":6664,"
                              "\"kind\":\"table\"},{\"name\":\"ship.oof\""));
     EXPECT_NE(list.out.find("\"kind\":\"model\""), std::string::npos);
     EXPECT_NE(list.out.find("\"kind\":\"animation\""), std::string::npos);

@@ -5,12 +5,14 @@
 #include <gtest/gtest.h>
 #include <QImage>
 
+#include "gamedata/hog_writer.h"
 #include "gamedata/ogf_writer.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
 #include "sample_gamedata.h"
 #include "sample_model.h"
+#include "support/engine_pages.h"
 #include "support/temp_dir.h"
 
 namespace mw {
@@ -59,7 +61,7 @@ TEST_F(PackageTest, AddsWhatTheGameLacksAndTheGameDataThenResolvesIt) {
     EXPECT_EQ(result.Textures[5].Source, PackageSource::Missing);
     EXPECT_EQ(result.Missing, 1);
     EXPECT_EQ(result.Entries, (std::vector<std::string>{"Cutter.oof", "new_paint.ogf",
-                                                        "copied_tex.ogf", "Cutter.gam"}));
+                                                        "copied_tex.ogf", "cutter.gam"}));
     ASSERT_EQ(result.Warnings.size(), 1u);  // 48 x 64 scaled to 64 x 64
     EXPECT_NE(result.Warnings[0].find("scaled to 64x64"), std::string::npos);
 
@@ -91,11 +93,12 @@ TEST_F(PackageTest, AddsWhatTheGameLacksAndTheGameDataThenResolvesIt) {
     EXPECT_EQ(loaded.Resolved[5].Source, TextureSource::Missing);
 
     // Packaging again from the same files gives the same archive.
-    ASSERT_EQ(
-        WritePackage(dir_ / "Cutter.oof", dir_ / "again.mn3", game_, settings_, {dir_ / "paint"}, 0)
-            .Error,
-        "");
-    EXPECT_EQ(ReadFileBytes(dir_ / "again.mn3"), ReadFileBytes(dir_ / "cutter.mn3"));
+    std::filesystem::create_directories(dir_ / "again");
+    ASSERT_EQ(WritePackage(dir_ / "Cutter.oof", dir_ / "again/cutter.mn3", game_, settings_,
+                           {dir_ / "paint"}, 0)
+                  .Error,
+              "");
+    EXPECT_EQ(ReadFileBytes(dir_ / "again/cutter.mn3"), ReadFileBytes(dir_ / "cutter.mn3"));
 }
 
 TEST_F(PackageTest, AModelThatCannotBeReadWritesNothing) {
@@ -104,6 +107,65 @@ TEST_F(PackageTest, AModelThatCannotBeReadWritesNothing) {
         WritePackage(dir_ / "bad.oof", dir_ / "bad.mn3", game_, settings_, {}, 0);
     EXPECT_NE(result.Error, "");
     EXPECT_FALSE(std::filesystem::exists(dir_ / "bad.mn3"));
+}
+
+// The table a package holds, read the way the game reads it.
+test::EngineTable PackageTable(const std::filesystem::path& archive, const std::string& table) {
+    const auto files = ReadHogFiles(*ReadFileBytes(archive));
+    for (const HogFile& f : *files) {
+        if (f.Name == table) return test::ReadAsEngine(f.Data);
+    }
+    test::EngineTable none;
+    none.Error = "no " + table + " in the archive";
+    return none;
+}
+
+TEST_F(PackageTest, TheTableIsNamedAfterTheArchiveAndReadsAsTheGameReadsIt) {
+    ASSERT_EQ(WritePackage(dir_ / "Cutter.oof", dir_ / "MyMission.mn3", game_, settings_,
+                           {dir_ / "paint"}, 0)
+                  .Error,
+              "");
+    const test::EngineTable table = PackageTable(dir_ / "MyMission.mn3", "MyMission.gam");
+    ASSERT_EQ(table.Error, "");
+    ASSERT_EQ(table.Pages.size(), 2u);
+    EXPECT_EQ(table.Pages[0].Name, "new_paint");
+    // 48 x 64 scaled to 64 x 64: the 64 size class; the copied 32 x 32 image: the 32 class.
+    EXPECT_EQ(table.Pages[0].Flags, (1u << 12) | (1u << 13));
+    EXPECT_EQ(table.Pages[1].Flags, (1u << 12) | (1u << 15));
+}
+
+TEST_F(PackageTest, AnAnimationPlaysAtItsOwnFrameTimeAndSizeFlagsTakeTheLargerSide) {
+    std::vector<RgbaImage> frames(4, RgbaImage{32, 128, std::vector<std::uint32_t>(32 * 128, ~0u)});
+    ASSERT_EQ(WriteFileReplacing(dir_ / "paint/copied_tex.oaf",
+                                 EncodeOAF(frames, {OgfFormat::Auto, -1, "copied_tex.oaf"}, 0.2f)),
+              "");
+    std::filesystem::remove(dir_ / "paint/copied_tex.ogf");
+    ASSERT_EQ(WritePackage(dir_ / "Cutter.oof", dir_ / "anim.mn3", game_, settings_,
+                           {dir_ / "paint"}, 0)
+                  .Error,
+              "");
+    const test::EngineTable table = PackageTable(dir_ / "anim.mn3", "anim.gam");
+    ASSERT_EQ(table.Error, "");
+    ASSERT_EQ(table.Pages.size(), 2u);
+    EXPECT_EQ(table.Pages[1].Bitmap, "copied_tex.oaf");
+    EXPECT_FLOAT_EQ(table.Pages[1].Speed, 0.8f);  // 4 frames of 0.2 s
+    // 32 x 128: loaded at 128 (no size flag), not scaled down to 32.
+    EXPECT_EQ(table.Pages[1].Flags, (1u << 12) | (1u << 6));
+}
+
+TEST_F(PackageTest, ATextureNameTheGameCannotLoadWritesNothing) {
+    ModelData model = BuildSampleModel();
+    const std::string longName(31, 'x');
+    model.Textures.push_back({"", longName, longName});
+    ASSERT_EQ(SaveOOF(model, (dir_ / "long.oof").string()), "");
+    QImage paint(32, 32, QImage::Format_RGBA8888);
+    paint.fill(QColor(1, 2, 3, 255));
+    ASSERT_TRUE(paint.save(QString::fromStdString((dir_ / (longName + ".png")).string())));
+    const PackageResult result =
+        WritePackage(dir_ / "long.oof", dir_ / "long.mn3", game_, settings_, {}, 0);
+    EXPECT_NE(result.Error.find("longer than the 29 characters"), std::string::npos)
+        << result.Error;
+    EXPECT_FALSE(std::filesystem::exists(dir_ / "long.mn3"));
 }
 
 }  // namespace

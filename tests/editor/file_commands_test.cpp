@@ -230,7 +230,7 @@ TEST_F(FileCommandsTest, SavingAModelTheGameRefusesAsksFirst) {
     ASSERT_TRUE(files_.OpenPath(Q(mine)));
     const auto original = *ReadFileBytes(mine);
     ModelData& m = doc_.model();
-    m.AttachNormals.push_back(m.AttachNormals[0]);  // a warning only: saved without asking
+    m.AttachPoints.push_back(m.AttachPoints[0]);  // a warning only: saved without asking
     ASSERT_TRUE(files_.Save());
     EXPECT_TRUE(prompts_.questions.isEmpty());
 

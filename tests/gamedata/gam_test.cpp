@@ -19,10 +19,10 @@ TEST(Gam, TexturePagesGiveNamesFilesAndProperties) {
     GamWriter w;
     w.otherPage(3, 20);
     w.texture({"Lava Rock", "Lava01.OAF", 0.5f, 2.0f, 1.5f, -3.0f, 0x4000});
-    w.object({"Pyro-GL", {"Pyro.oof", "pyro_lo.OOF", ""}, 2, 25, 7});
-    w.object({"Old Thing", {"old.oof", "", ""}, 3, 17, 2});
-    w.object({"Mid Thing", {"mid.oof", "", ""}, 4, 18, 2});
-    w.object({"Newer Thing", {"new.oof", "", ""}, 5, 24, 2});
+    w.object(ObjectPage("Pyro-GL", {"Pyro.oof", "pyro_lo.OOF", ""}, 2, 25, 7));
+    w.object(ObjectPage("Old Thing", {"old.oof", "", ""}, 3, 17, 2));
+    w.object(ObjectPage("Mid Thing", {"mid.oof", "", ""}, 4, 18, 2));
+    w.object(ObjectPage("Newer Thing", {"new.oof", "", ""}, 5, 24, 2));
     clsGAM gam;
     gam.ReadGamTable(w.bytes(), 1000, 2, nullptr);
     ASSERT_EQ(gam.Textures.size(), 1u);
@@ -36,7 +36,7 @@ TEST(Gam, TexturePagesGiveNamesFilesAndProperties) {
     EXPECT_EQ(t.Properties.SlideTimeU(), 1.5f);
     EXPECT_EQ(t.Properties.SlideTimeV(), -3.0f);
     EXPECT_EQ(t.Properties.GamFlags, 0x4000u);
-    EXPECT_EQ(t.Properties.Extra, 0x12345678u);
+    EXPECT_EQ(t.Properties.Extra, 0u);  // the damage
     ASSERT_EQ(gam.Objects.size(), 4u);
     EXPECT_EQ(gam.Objects[0].ObjName, "pyro-gl");
     EXPECT_EQ(gam.Objects[0].Model2, "pyro_lo.oof");

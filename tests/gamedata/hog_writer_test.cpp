@@ -122,5 +122,28 @@ TEST_F(HogWriterTest, AThousandFilesListAndExtractAsTheyWent) {
         EXPECT_EQ(byName[f.Name], f.Data) << f.Name;
 }
 
+TEST_F(HogWriterTest, NamesAreWindows1252InTheOrderTheGameSearches) {
+    // "Ä" (0xC4) and "ä" (0xE4) differ to the game, which folds ASCII letters only; "_" sorts
+    // between the capitals and the small letters it folds to.
+    const auto archive = dir_ / "order.mn3";
+    ASSERT_EQ(CreateHog(archive,
+                        {File("\xC3\xA4x.ogf", 1, 1), File("B.ogf", 1, 2), File("\xC3\x84y.ogf", 1, 3),
+                         File("_a.ogf", 1, 4), File("a.ogf", 1, 5)},
+                        0)
+                  .Error,
+              "");
+    const std::vector<std::string> names = Names(archive);
+    EXPECT_EQ(names, (std::vector<std::string>{"_a.ogf", "a.ogf", "B.ogf", "\xC4y.ogf", "\xE4x.ogf"}));
+    EXPECT_EQ(FirstOutOfOrder(names), -1);
+    EXPECT_EQ(FirstOutOfOrder({"b.ogf", "A.ogf"}), 1);
+    // Windows-1252 folding would put "äx" before "Äy": not the game's order.
+    EXPECT_EQ(FirstOutOfOrder({"\xE4x.ogf", "\xC4y.ogf"}), 1);
+
+    // A name with no Windows-1252 form is refused, and nothing is written.
+    const auto refused = CreateHog(dir_ / "cjk.mn3", {File("\xE4\xB8\xAD.ogf", 1, 6)}, 0);
+    EXPECT_NE(refused.Error.find("Windows-1252"), std::string::npos) << refused.Error;
+    EXPECT_FALSE(std::filesystem::exists(dir_ / "cjk.mn3"));
+}
+
 }  // namespace
 }  // namespace mw

@@ -45,9 +45,18 @@ TEST(Ogf, TrueColourTypesRoundTripInEitherRowOrder) {
                 }
                 EXPECT_EQ(ogf.Image.Pixels, want) << int(type) << topDown << int(depth);
                 EXPECT_FALSE(ogf.Image.HasAlpha);
-                EXPECT_EQ(ogf.Image.Name, "t");
+                EXPECT_EQ(ogf.Image.Name, "");  // the game's plain Targa header has none
+                EXPECT_TRUE(ogf.Image.GameReadsHeader);
                 EXPECT_EQ(ogf.Image.Width, 5);
                 EXPECT_EQ(ogf.Image.Height, 3);
+
+                // The older layout with a name field and mip count still reads, marked.
+                OgfOptions named{type, depth, topDown, 1, "t", 3};
+                named.NamedTrueColour = true;
+                ASSERT_EQ(Decode(ogf, WriteOGF(img, named)), OgfStatus::Ok);
+                EXPECT_EQ(ogf.Image.Pixels, want);
+                EXPECT_EQ(ogf.Image.Name, "t");
+                EXPECT_FALSE(ogf.Image.GameReadsHeader);
             }
         }
     }
@@ -125,10 +134,10 @@ TEST(Ogf, HeaderRefusals) {
     b[2] = 3;
     EXPECT_EQ(Decode(ogf, b), OgfStatus::BadType);
     b = good;
-    b[3 + 35 + 1 + 9 + 4] = 16;  // depth
+    b[3 + 9 + 4] = 16;  // depth
     EXPECT_EQ(Decode(ogf, b), OgfStatus::BadDepth);
     b = good;
-    b[3 + 35 + 1 + 9 + 5] = 0x23;  // descriptor
+    b[3 + 9 + 5] = 0x23;  // descriptor
     EXPECT_EQ(Decode(ogf, b), OgfStatus::BadDescriptor);
 
     // A 16-bit image name with no NUL in its 35 bytes.
@@ -151,7 +160,7 @@ TEST(Ogf, EveryTruncationFailsWithoutWritingPastTheImage) {
 TEST(Ogf, HugeSizesAreRefusedBeforeAllocating) {
     for (std::uint8_t type : {2, 10, 122}) {
         Bytes b = WriteOGF(RgbaImage{1, 1, {0}}, {type, 32, true, 1, "big", 0});
-        const std::size_t size = type >= 121 ? 3 + 4 + 1 + 9 : 3 + 35 + 1 + 9;
+        const std::size_t size = type >= 121 ? 3 + 4 + 1 + 9 : 3 + 9;
         b[size] = b[size + 2] = 0xFF;  // 32767 x 32767
         b[size + 1] = b[size + 3] = 0x7F;
         clsOGF ogf;

@@ -104,7 +104,7 @@ TEST_F(TextureLoaderTest, UndecodableImagesGetThePlaceholderToo) {
 TEST_F(TextureLoaderTest, AlphaFollowsTheImageTheGamFlagsAndTheObjectKind) {
     GamWriter gam;
     gam.texture({"Glass", "glass.ogf", 1, 0, 0, 0, 0x4000});
-    gam.object({"Turret", {"turret.oof", "", ""}, 2});
+    gam.object(ObjectPage("Turret", {"turret.oof", "", ""}, 2));
     Index(
         WriteHOG({{"glass.ogf", WriteOGF({1, 1, {0xFFFFFFFFu}}, {})}, {"table.gam", gam.bytes()}}));
     ModelData model;

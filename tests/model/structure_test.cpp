@@ -175,5 +175,23 @@ TEST(Structure, PointParentChangeKeepsThePosition) {
     EXPECT_FALSE(ChangePNTParent(m, PointType::NATH, 1, 1));
 }
 
+TEST(Structure, DeletingAnAttachPointTakesItsNormalWhenTheyArePaired) {
+    ModelData m = ModelWithParents({-1});
+    m.AttachPoints = {At(0, 1), At(0, 2)};
+    m.AttachNormals = {At(0, 10), At(0, 20)};
+    ASSERT_TRUE(DeletePNT(m, PointType::ATCH, 0));
+    ASSERT_EQ(m.AttachNormals.size(), 1u);
+    EXPECT_EQ(m.AttachPoints[0].Position.X, 2.0f);
+    EXPECT_EQ(m.AttachNormals[0].Position.X, 20.0f);
+
+    // Unpaired lists (the game ignores the normals) keep their normals.
+    m.AttachPoints.push_back(At(0, 3));
+    ASSERT_TRUE(DeletePNT(m, PointType::ATCH, 1));
+    EXPECT_EQ(m.AttachNormals.size(), 1u);
+    // Deleting a normal never touches the points.
+    ASSERT_TRUE(DeletePNT(m, PointType::NATH, 0));
+    EXPECT_EQ(m.AttachPoints.size(), 1u);
+}
+
 }  // namespace
 }  // namespace mw

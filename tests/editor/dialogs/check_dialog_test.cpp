@@ -15,7 +15,7 @@ TEST(CheckDialogTest, ListsFindingsSelectsTheirPartsAndFollowsEdits) {
     test::SampleDocument sample;
     Document& doc = sample.doc;
     ModelData& m = doc.model();
-    m.AttachNormals.push_back(m.AttachNormals[0]);
+    m.AttachPoints.push_back(m.AttachPoints[0]);
     m.Sub(3).Rot.Keys.clear();
     doc.ResetModel(true);
     CheckDialog dialog(doc, DocumentCheck(doc, nullptr, nullptr));
