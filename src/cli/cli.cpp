@@ -38,7 +38,7 @@ constexpr const char* kUsage =
     "  image encode IN OUT.ogf           encode a picture as an OGF image (also\n"
     "                                    encode-animation OUT.oaf FRAME...)\n"
     "  package MODEL OUT.mn3 [OPTIONS]   the model, its new textures and their table\n"
-    "  gam dump SOURCE [--json]          print a GAM table's texture and object entries\n"
+    "  gam dump|set|add-object|remove|merge  list or change the pages of a GAM table\n"
     "\n"
     "'meshwright-cli COMMAND --help' describes one command; 'meshwright-cli --version' tells\n"
     "the version.\n";

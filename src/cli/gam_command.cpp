@@ -1,53 +1,123 @@
+// meshwright-cli gam: a GAM table's pages listed with every field, and changed.
 #include <ostream>
 
 #include "cli/cli.h"
+#include "cli/gam_edit.h"
 #include "cli/json_writer.h"
-#include "gamedata/gam.h"
-#include "gamedata/hog.h"
-#include "model/file_io.h"
+#include "gamedata/gam_json.h"
+#include "gamedata/table_file.h"
 #include "model/text_codec.h"
 
 namespace mw {
 namespace {
 
 constexpr const char* kGamUsage =
-    "Usage: meshwright-cli gam dump SOURCE [--json]\n"
-    "Prints the texture and object entries of a GAM table: a .gam file, or an archive that\n"
-    "holds one (the last one of its directory, as the game-data index takes it).\n";
+    "Usage: meshwright-cli gam dump SOURCE [--json] [--page NAME]\n"
+    "       meshwright-cli gam set TABLE OUT PAGE FIELD=VALUE...\n"
+    "       meshwright-cli gam add-object TABLE OUT --like PAGE [--from SOURCE] --name NAME\n"
+    "                                     --model MODEL.oof [--medium M.oof] [--low L.oof]\n"
+    "       meshwright-cli gam remove TABLE OUT PAGE...\n"
+    "       meshwright-cli gam merge OUT TABLE...\n"
+    "A GAM table is a .gam file, or the table inside an archive (for NAME.mn3 the NAME.gam the\n"
+    "game loads). dump lists every page with every field (FIELD paths as dump names them:\n"
+    "size, animation.standing.idle.to, batteries.0.weapons.1 ...). set changes fields of one\n"
+    "page; add-object copies a generic, ship or weapon page (from TABLE, else from SOURCE)\n"
+    "under a new name with new model names; remove takes pages out; merge joins tables. An\n"
+    "archive is written back with only its table changed. Nothing is written on a refusal\n"
+    "(exit status 65).\n";
 
-void Print(const clsGAM& gam, bool json, std::ostream& out) {
-    if (!json) {
-        out << "Textures: " << gam.Textures.size() << "\n";
-        for (const auto& t : gam.Textures) {
-            out << "  " << Utf8From1252(t.TexName) << "  ->  " << Utf8From1252(t.FileName)
-                << "  flags 0x" << std::hex << t.Properties.GamFlags << std::dec << "\n";
-        }
-        out << "Objects: " << gam.Objects.size() << "\n";
-        for (const auto& o : gam.Objects) {
-            out << "  " << Utf8From1252(o.ObjName) << "  kind " << static_cast<int>(o.Kind) << "  "
-                << Utf8From1252(o.Model1) << "\n";
+void WriteJsonValue(JsonWriter& j, const nlohmann::ordered_json& v) {
+    switch (v.type()) {
+        case nlohmann::ordered_json::value_t::object:
+            j.beginObject();
+            for (const auto& [key, item] : v.items()) {
+                j.key(key);
+                WriteJsonValue(j, item);
+            }
+            j.endObject();
+            break;
+        case nlohmann::ordered_json::value_t::array:
+            j.beginArray();
+            for (const auto& item : v)
+                WriteJsonValue(j, item);
+            j.endArray();
+            break;
+        case nlohmann::ordered_json::value_t::string:
+            j.value(v.get_ref<const std::string&>());
+            break;
+        case nlohmann::ordered_json::value_t::boolean:
+            j.value(v.get<bool>());
+            break;
+        case nlohmann::ordered_json::value_t::number_float:
+            j.value(static_cast<float>(v.get<double>()));  // every float field is 32-bit
+            break;
+        case nlohmann::ordered_json::value_t::number_integer:
+        case nlohmann::ordered_json::value_t::number_unsigned:
+            j.value(v.get<std::int64_t>());
+            break;
+        default:
+            j.null();
+    }
+}
+
+// "path = value" for every field, for people.
+void WriteFlat(const nlohmann::ordered_json& v, const std::string& path, std::ostream& out) {
+    if (v.is_object() || v.is_array()) {
+        std::size_t i = 0;
+        for (const auto& [key, item] : v.items()) {
+            const std::string part = v.is_array() ? std::to_string(i++) : key;
+            WriteFlat(item, path.empty() ? part : path + "." + part, out);
         }
         return;
     }
     JsonWriter j;
-    j.beginObject().key("textures").beginArray();
-    for (const auto& t : gam.Textures) {
-        const GamTextureProperties& p = t.Properties;
-        j.beginObject().field("name", Utf8From1252(t.TexName));
-        j.field("file", Utf8From1252(t.FileName)).field("alpha", p.Alpha());
-        j.field("anim_time", p.AnimationTime()).field("slide_u", p.SlideTimeU());
-        j.field("slide_v", p.SlideTimeV()).field("flags", static_cast<std::int64_t>(p.GamFlags));
-        j.endObject();
+    WriteJsonValue(j, v);
+    out << "  " << path << " = " << j.str() << "\n";
+}
+
+int Dump(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    std::string source, only;
+    bool json = false;
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        if (args[i] == "--json") {
+            json = true;
+        } else if (args[i] == "--page" && i + 1 < args.size()) {
+            only = args[++i];
+        } else if (!args[i].starts_with("-") && source.empty()) {
+            source = args[i];
+        } else {
+            err << kGamUsage;
+            return kExitUsage;
+        }
     }
-    j.endArray().key("objects").beginArray();
-    for (const auto& o : gam.Objects) {
-        j.beginObject().field("name", Utf8From1252(o.ObjName)).key("models").beginArray();
-        j.value(Utf8From1252(o.Model1)).value(Utf8From1252(o.Model2));
-        j.value(Utf8From1252(o.Model3)).endArray();
-        j.field("kind", static_cast<int>(o.Kind)).endObject();
+    if (source.empty()) {
+        err << kGamUsage;
+        return kExitUsage;
     }
-    j.endArray().endObject();
-    out << j.str() << "\n";
+    TableFile file;
+    if (const int status = LoadTable(source, file, err)) return status;
+    const std::string wanted = Cp1252FromUtf8(only);
+    JsonWriter j;
+    j.beginObject().key("pages").beginArray();
+    int shown = 0;
+    for (const TablePage& page : file.Table.Pages) {
+        if (!only.empty() && !EqualsIgnoringCase1252(page.Name(), wanted)) continue;
+        ++shown;
+        const nlohmann::ordered_json fields = PageJson(page);
+        if (json) {
+            WriteJsonValue(j, fields);
+            continue;
+        }
+        out << PageKindName(page.Type) << " \"" << Utf8From1252(page.Name()) << "\" ("
+            << page.Bytes.size() << " bytes)\n";
+        WriteFlat(fields, "", out);
+    }
+    if (!only.empty() && shown == 0) {
+        err << "No page \"" << only << "\" in " << source << ".\n";
+        return kExitRefused;
+    }
+    if (json) out << j.endArray().endObject().str() << "\n";
+    return 0;
 }
 
 }  // namespace
@@ -57,41 +127,22 @@ int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ost
         out << kGamUsage;
         return 0;
     }
-    const bool json = args.size() == 3 && args[2] == "--json";
-    if (args.size() < 2 || args[0] != "dump" || (args.size() == 3 && !json) || args.size() > 3) {
+    if (args.empty()) {
         err << kGamUsage;
         return kExitUsage;
     }
-    const std::string& source = args[1];
-    auto bytes = ReadFileBytes(source);
-    if (!bytes) {
-        err << "Cannot open " << source << "\n";
-        return kExitNoInput;
+    const std::string& sub = args[0];
+    int status = -1;
+    if (sub == "dump") status = Dump(args, out, err);
+    if (sub == "set") status = GamSet(args, out, err);
+    if (sub == "add-object") status = GamAddObject(args, out, err);
+    if (sub == "remove") status = GamRemove(args, out, err);
+    if (sub == "merge") status = GamMerge(args, out, err);
+    if (status == kExitUsage || status == -1) {
+        err << kGamUsage;
+        return kExitUsage;
     }
-    clsGAM gam;
-    std::vector<HogDirectoryEntry> entries;
-    const HogStatus hog = ReadHogEntries(*bytes, entries);
-    if (bytes->size() >= 4 && std::equal(bytes->begin(), bytes->begin() + 4, "HOG2")) {
-        if (hog != HogStatus::Ok) {
-            err << source << " is a damaged archive\n";
-            return static_cast<int>(hog);
-        }
-        const HogDirectoryEntry* table = nullptr;
-        for (const auto& e : entries) {
-            if (std::string_view(HogEntryKind(e.Name)) == "table") table = &e;
-        }
-        if (table == nullptr) {
-            err << "No GAM table in " << source << "\n";
-            return kExitNoInput;
-        }
-        const std::size_t start = std::min<std::uint64_t>(table->Offset, bytes->size());
-        const std::size_t length = std::min<std::uint64_t>(table->Length, bytes->size() - start);
-        gam.ReadGamTable(std::span(*bytes).subspan(start, length), table->Offset, 1, nullptr);
-    } else {
-        gam.ReadGamTable(*bytes, 0, kGamSourceLoose, nullptr);
-    }
-    Print(gam, json, out);
-    return 0;
+    return status;
 }
 
 }  // namespace mw

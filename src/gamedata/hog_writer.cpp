@@ -152,6 +152,52 @@ std::optional<std::vector<HogFile>> ReadHogFiles(std::span<const std::uint8_t> b
     return files;
 }
 
+std::optional<std::vector<std::uint8_t>> ReplaceHogEntry(std::span<const std::uint8_t> archive,
+                                                         const std::string& name,
+                                                         std::span<const std::uint8_t> data) {
+    std::vector<HogDirectoryEntry> entries;
+    if (ReadHogEntries(archive, entries) != HogStatus::Ok) return std::nullopt;
+    struct Entry {
+        std::span<const std::uint8_t> Record;  // the 48 directory bytes as stored
+        std::span<const std::uint8_t> Data;
+        std::string Name;
+    };
+    std::vector<Entry> kept;
+    bool replaced = false;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const HogDirectoryEntry& e = entries[i];
+        if (e.Offset > archive.size() || e.Length > archive.size() - e.Offset) return std::nullopt;
+        Entry entry{archive.subspan(kHeaderSize + i * kEntrySize, kEntrySize),
+                    archive.subspan(e.Offset, e.Length), e.Name};
+        if (!replaced && SameName(e.Name, name)) {
+            entry.Data = data;
+            replaced = true;
+        }
+        kept.push_back(entry);
+    }
+    std::vector<std::uint8_t> added(kEntrySize, 0);
+    if (!replaced) {
+        std::copy_n(name.begin(), std::min(name.size(), kHogNameLength), added.begin());
+        const auto at = std::find_if(kept.begin(), kept.end(),
+                                     [&name](const Entry& e) { return HogNameLess(name, e.Name); });
+        kept.insert(at, Entry{added, data, name});
+    }
+    ByteWriter w;
+    w.raw("HOG2");
+    w.i32(static_cast<std::int32_t>(kept.size()));
+    w.i32(static_cast<std::int32_t>(kHeaderSize + kEntrySize * kept.size()));
+    w.raw(std::string_view(reinterpret_cast<const char*>(archive.data() + 12), kHeaderSize - 12));
+    for (const Entry& e : kept) {
+        const std::size_t at = w.size();
+        w.raw(std::string_view(reinterpret_cast<const char*>(e.Record.data()), kEntrySize));
+        w.patchI32(at + kNameField + 4, static_cast<std::int32_t>(e.Data.size()));
+    }
+    std::vector<std::uint8_t> bytes = w.release();
+    for (const Entry& e : kept)
+        bytes.insert(bytes.end(), e.Data.begin(), e.Data.end());
+    return bytes;
+}
+
 std::uint32_t ArchiveTime(const char* sourceDateEpoch) {
     if (sourceDateEpoch == nullptr) return 0;
     const char* end = sourceDateEpoch + std::strlen(sourceDateEpoch);

@@ -59,6 +59,13 @@ HogEdit AddToHog(const std::filesystem::path& archive,
 HogEdit RemoveFromHog(const std::filesystem::path& archive, const std::vector<std::string>& names,
                       std::uint32_t time);
 
+// The archive with one entry's contents replaced (or, when no entry has that name, added in
+// its place in the game's order); every other entry keeps its bytes, flags and time.
+// nullopt when the bytes are no archive.
+std::optional<std::vector<std::uint8_t>> ReplaceHogEntry(std::span<const std::uint8_t> archive,
+                                                         const std::string& name,
+                                                         std::span<const std::uint8_t> data);
+
 // Writes named files (as a package makes them) into a new archive.
 HogEdit WriteHogFiles(const std::filesystem::path& archive, std::vector<HogFile> files,
                       std::uint32_t time);

@@ -1,0 +1,360 @@
+#include "gamedata/gam_table.h"
+
+#include <algorithm>
+
+#include "gamedata/file_names.h"
+#include "gamedata/gam_fields.h"
+#include "model/byte_cursor.h"
+
+namespace mw {
+namespace {
+
+// Fills a record from a page body, field by field as the game reads it.
+class BytesIn final : public FieldVisitor {
+  public:
+    explicit BytesIn(std::span<const std::uint8_t> body) : r_(body) {}
+
+    void BeginGroup(std::string_view) override {}
+    void EndGroup() override {}
+    void BeginList(std::string_view) override {}
+    void EndList() override {}
+    void BeginItem(int) override {}
+    void EndItem() override {}
+    void Byte(std::string_view, std::uint8_t& v) override { v = r_.u8(); }
+    void Short(std::string_view, std::int16_t& v, bool wide) override {
+        v = wide ? static_cast<std::int16_t>(r_.u16()) : r_.u8();
+    }
+    void UShort(std::string_view, std::uint16_t& v, bool wide) override {
+        v = wide ? r_.u16() : r_.u8();
+    }
+    void Int(std::string_view, std::int32_t& v) override { v = r_.i32(); }
+    void UInt(std::string_view, std::uint32_t& v) override { v = r_.u32(); }
+    void Float(std::string_view, float& v) override { v = r_.f32(); }
+    void Flag(std::string_view, bool& v) override { v = r_.u8() != 0; }
+    void Text(std::string_view key, std::string& v) override {
+        if (!r_.ok()) return;
+        const std::size_t start = r_.pos();
+        const auto rest = r_.take(r_.remaining());
+        const auto nul = std::find(rest.begin(), rest.end(), std::uint8_t{0});
+        if (nul == rest.end()) {
+            Refuse("the text \"" + std::string(key) + "\" has no end within its page");
+            return;
+        }
+        v.assign(rest.begin(), nul);
+        r_.seek(start + v.size() + 1);
+    }
+    bool Count(std::string_view key, std::size_t& count, std::size_t most) override {
+        const auto n = static_cast<std::int16_t>(r_.u16());
+        count = n < 0 ? 0 : static_cast<std::size_t>(n);
+        if (count > most) {
+            Refuse("its " + std::string(key) + " " + std::to_string(n) + " is more than the game holds (" +
+                   std::to_string(most) + ")");
+            return false;
+        }
+        return r_.ok();
+    }
+    bool Reading() const override { return true; }
+    void Refuse(std::string message) override {
+        if (error_.empty()) error_ = std::move(message);
+        r_.fail();
+    }
+    bool Failed() const override { return !r_.ok(); }
+
+    ByteReader& reader() { return r_; }
+    const std::string& error() const { return error_; }
+
+  private:
+    ByteReader r_;
+    std::string error_;
+};
+
+// Writes a record's fields in the game's order.
+class BytesOut final : public FieldVisitor {
+  public:
+    explicit BytesOut(ByteWriter& w) : w_(w) {}
+    void BeginGroup(std::string_view) override {}
+    void EndGroup() override {}
+    void BeginList(std::string_view) override {}
+    void EndList() override {}
+    void BeginItem(int) override {}
+    void EndItem() override {}
+    void Byte(std::string_view, std::uint8_t& v) override { w_.u8(v); }
+    void Short(std::string_view, std::int16_t& v, bool wide) override {
+        if (wide) {
+            w_.u16(static_cast<std::uint16_t>(v));
+        } else {
+            w_.u8(static_cast<std::uint8_t>(v));
+        }
+    }
+    void UShort(std::string_view, std::uint16_t& v, bool wide) override {
+        if (wide) {
+            w_.u16(v);
+        } else {
+            w_.u8(static_cast<std::uint8_t>(v));
+        }
+    }
+    void Int(std::string_view, std::int32_t& v) override { w_.i32(v); }
+    void UInt(std::string_view, std::uint32_t& v) override { w_.u32(v); }
+    void Float(std::string_view, float& v) override { w_.f32(v); }
+    void Flag(std::string_view, bool& v) override { w_.u8(v ? 1 : 0); }
+    void Text(std::string_view, std::string& v) override {
+        // A text stops at its first NUL, as the game reads it.
+        w_.raw(std::string_view(v).substr(0, v.find('\0')));
+        w_.u8(0);
+    }
+    bool Count(std::string_view, std::size_t& count, std::size_t) override {
+        w_.u16(static_cast<std::uint16_t>(count));
+        return true;
+    }
+
+  private:
+    ByteWriter& w_;
+};
+
+struct KindInfo {
+    std::uint8_t Type;
+    const char* Name;
+    std::int16_t Current;
+};
+constexpr KindInfo kKinds[] = {{1, "texture", kTexturePageCurrent}, {2, "weapon", kWeaponPageCurrent},
+                               {3, "robot", 0},       {4, "powerup", 0},
+                               {5, "door", kDoorPageCurrent},       {6, "ship", kShipPageCurrent},
+                               {7, "sound", kSoundPageCurrent},     {8, "megacell", 0},
+                               {9, "gamefile", 0},    {10, "generic", kGenericPageCurrent}};
+
+const KindInfo* Kind(std::uint8_t type) {
+    for (const KindInfo& k : kKinds) {
+        if (k.Type == type) return &k;
+    }
+    return nullptr;
+}
+
+PageRecord EmptyRecord(std::uint8_t type) {
+    switch (type) {
+        case 1:
+            return TextureRecord{};
+        case 2:
+            return WeaponRecord{};
+        case 5:
+            return DoorRecord{};
+        case 6:
+            return ShipRecord{};
+        case 7:
+            return SoundRecord{};
+        case 10:
+            return GenericRecord{};
+        default:
+            return std::monostate{};
+    }
+}
+
+template <typename R>
+std::int16_t& VersionOf(R& r) {
+    return r.Version;
+}
+
+// Decodes a page body into `record`; an empty string when it read.
+std::string DecodeBody(std::span<const std::uint8_t> body, std::uint8_t type, PageRecord& record,
+                       std::size_t& used) {
+    record = EmptyRecord(type);
+    if (std::holds_alternative<std::monostate>(record)) {
+        used = body.size();
+        return {};
+    }
+    BytesIn in(body);
+    const auto version = static_cast<std::int16_t>(in.reader().u16());
+    const std::int16_t current = Kind(type)->Current;
+    if (!in.reader().ok()) return "it ends before its version";
+    if (version < 1 || version > current) {
+        return "its version " + std::to_string(version) + " is not one the game reads (1 to " +
+               std::to_string(current) + ")";
+    }
+    std::visit(
+        [&](auto& r) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+                VersionOf(r) = version;
+                VisitFields(r, in);
+            }
+        },
+        record);
+    if (!in.error().empty()) return in.error();
+    if (!in.reader().ok()) return "its fields run past its length";
+    used = in.reader().pos();
+    return {};
+}
+
+// What the game does to the fields an older page lacks, for a page written anew.
+void Upgrade(GenericRecord& g) {
+    if (g.Version < 16) {
+        if (g.Ai.MaxVelocity > 0.0f) {
+            g.Ai.Flags |= 1u << 25;  // avoid friends automatically
+            g.Ai.AvoidFriendsDistance = std::max(g.Ai.CircleDistance / 10.0f, 4.0f);
+        } else {
+            g.Ai.AvoidFriendsDistance = 4.0f;
+        }
+    }
+    if (g.Version < 24 && (g.Flags & 4u) &&
+        (g.Type == kObjectRobot || (g.Type == kObjectBuilding && (g.Flags & 1u)))) {
+        g.Score = static_cast<std::int16_t>(3 * g.HitPoints);
+    }
+    if (g.Version < 25 && g.Type == kObjectPowerup) {
+        struct Ammo {
+            const char* Name;
+            std::int16_t Count;
+        };
+        static constexpr Ammo kDefaults[] = {
+            {"Vauss", 5000},     {"Napalm", 500},       {"MassDriver", 20},      {"Frag", 1},
+            {"ImpactMortar", 1}, {"NapalmRocket", 1},   {"Cyclone", 1},          {"BlackShark", 1},
+            {"Concussion", 1},   {"Homing", 1},         {"Smart", 1},            {"Mega", 1},
+            {"Guided", 1},       {"4PackHoming", 4},    {"4PackConc", 4},        {"4PackFrag", 4},
+            {"4PackGuided", 4},  {"Vauss clip", 1250},  {"MassDriverAmmo", 5},   {"NapalmTank", 100}};
+        g.Ammo = 0;
+        for (const Ammo& a : kDefaults) {
+            if (EqualsIgnoringCase(g.Name, a.Name)) g.Ammo = a.Count;
+        }
+    }
+    if (g.Version < 27) {
+        for (DeathType& d : g.Deaths) {
+            if ((d.Flags & 3u) != 1u) d.DelayMin = d.DelayMax = 0.0f;
+        }
+    }
+}
+
+void Upgrade(WeaponRecord& w) {
+    if (w.Version < 7) {
+        w.GenericDamage = w.PlayerDamage;
+        w.ImpactGenericDamage = w.ImpactPlayerDamage;
+    }
+}
+
+void Upgrade(TextureRecord& t) {
+    if (EqualsIgnoringCase(std::string_view(t.DestroyBitmap).substr(0, 7), "INVALID"))
+        t.DestroyBitmap.clear();
+    if ((t.Flags & (1u << 24)) && t.Elements.empty()) t.Flags &= ~(1u << 24);
+    if ((t.Flags & (1u << 24)) && t.Palette.size() != 255) t.Palette.resize(255);
+}
+
+template <typename R>
+void Upgrade(R&) {}
+
+}  // namespace
+
+const std::string& TablePage::Name() const {
+    static const std::string kNone;
+    return std::visit(
+        [](const auto& r) -> const std::string& {
+            if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+                return kNone;
+            } else {
+                return r.Name;
+            }
+        },
+        Record);
+}
+
+std::size_t TablePage::ExtraBytes() const {
+    if (Edited || Bytes.size() < 5) return 0;
+    return Bytes.size() - 5 - std::min(FieldBytes, Bytes.size() - 5);
+}
+
+std::optional<GamTable> ReadGamPages(std::span<const std::uint8_t> bytes, std::string& error) {
+    GamTable table;
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+        ByteReader r(bytes);
+        r.seek(at);
+        const std::uint8_t type = r.u8();
+        const std::int32_t length = r.i32();
+        const std::string where = "Page " + std::to_string(table.Pages.size() + 1) + " (" +
+                                  PageKindName(type) + ", at byte " + std::to_string(at) + ")";
+        if (!r.ok() || length < 4 || static_cast<std::size_t>(length) > bytes.size() - at - 1) {
+            error = where + ": its length runs past the end of the table.";
+            return std::nullopt;
+        }
+        const auto page = bytes.subspan(at, 1 + static_cast<std::size_t>(length));
+        TablePage p;
+        p.Type = type;
+        if (std::string problem = DecodeBody(page.subspan(5), type, p.Record, p.FieldBytes);
+            !problem.empty()) {
+            error = where + ": " + problem + ".";
+            return std::nullopt;
+        }
+        p.Bytes.assign(page.begin(), page.end());
+        table.Pages.push_back(std::move(p));
+        at += page.size();
+    }
+    return table;
+}
+
+std::vector<std::uint8_t> EncodePage(const PageRecord& record) {
+    ByteWriter w;
+    const std::uint8_t type = PageTypeOf(record);
+    w.u8(type);
+    w.i32(0);
+    PageRecord copy = record;
+    BytesOut out(w);
+    std::visit(
+        [&](auto& r) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+                r.Version = Kind(type)->Current;
+                w.u16(static_cast<std::uint16_t>(r.Version));
+                VisitFields(r, out);
+            }
+        },
+        copy);
+    w.patchI32(1, static_cast<std::int32_t>(w.size() - 1));
+    return w.release();
+}
+
+void UpgradeRecord(PageRecord& record) {
+    std::visit(
+        [&](auto& r) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+                Upgrade(r);
+                r.Version = Kind(PageTypeOf(record))->Current;
+            }
+        },
+        record);
+}
+
+TablePage MakePage(PageRecord record) {
+    UpgradeRecord(record);
+    TablePage p;
+    p.Type = PageTypeOf(record);
+    p.Bytes = EncodePage(record);
+    p.FieldBytes = p.Bytes.size() - 5;
+    p.Record = std::move(record);
+    p.Edited = true;
+    return p;
+}
+
+std::vector<std::uint8_t> WriteGamPages(const GamTable& table) {
+    std::size_t total = 0;
+    for (const TablePage& p : table.Pages)
+        total += p.Bytes.size();
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(total);
+    for (const TablePage& p : table.Pages)
+        bytes.insert(bytes.end(), p.Bytes.begin(), p.Bytes.end());
+    return bytes;
+}
+
+std::uint8_t PageTypeOf(const PageRecord& record) {
+    static constexpr std::uint8_t kTypes[] = {0, 1, 7, 5, 10, 6, 2};
+    return kTypes[record.index()];
+}
+
+const char* PageKindName(std::uint8_t type) {
+    const KindInfo* k = Kind(type);
+    return k != nullptr ? k->Name : "unknown";
+}
+
+int FindPage(const GamTable& table, std::string_view name) {
+    for (std::size_t i = 0; i < table.Pages.size(); ++i) {
+        const std::string& n = table.Pages[i].Name();
+        if (!n.empty() && EqualsIgnoringCase(n, name)) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+}  // namespace mw
