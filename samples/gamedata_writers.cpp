@@ -323,6 +323,197 @@ GamWriter& GamWriter::object(const GamObjectPage& p) {
     return *this;
 }
 
+GamWriter& GamWriter::oldTexture(const std::string& name, const std::string& bitmap, int version,
+                                 int elements) {
+    ByteWriter w;
+    w.u16(static_cast<std::uint16_t>(version));
+    NulText(w, name);
+    NulText(w, bitmap);
+    NulText(w, "INVALID destroyed");
+    for (int i = 0; i < 8; ++i)
+        w.f32(0.125f * static_cast<float>(i));
+    w.u8(1);
+    w.i32(-3);
+    w.u32(elements > 0 ? 1u << 24 : 0u);
+    if (elements > 0) {
+        for (int i = 0; i < 255; ++i)
+            w.u16(static_cast<std::uint16_t>(i * 3));
+        w.u8(1);
+        w.u8(2);
+        w.u8(3);
+        w.f32(0.5f);
+        if (version >= 6) {
+            w.f32(0.25f);
+            w.u8(9);
+        }
+        w.u16(static_cast<std::uint16_t>(elements));
+        for (int i = 0; i < elements * 8; ++i)
+            w.u8(static_cast<std::uint8_t>(i));
+    }
+    if (version >= 5) {
+        if (version < 7) {
+            w.i32(12);
+        } else {
+            NulText(w, "Lava Sound");
+        }
+        w.f32(0.75f);
+    }
+    page(1, w.release());
+    return *this;
+}
+
+GamWriter& GamWriter::sound(const std::string& name, const std::string& file) {
+    ByteWriter w;
+    w.u16(1);
+    NulText(w, name);
+    NulText(w, file);
+    for (std::int32_t v : {0x10, 100, 2000})
+        w.i32(v);
+    w.f32(0.5f);
+    w.i32(30);
+    w.i32(60);
+    for (float f : {200.0f, 5.0f, 0.9f})
+        w.f32(f);
+    page(7, w.release());
+    return *this;
+}
+
+GamWriter& GamWriter::door(const std::string& name, const std::string& model, int version) {
+    ByteWriter w;
+    w.u16(static_cast<std::uint16_t>(version));
+    NulText(w, name);
+    NulText(w, model);
+    for (float f : {1.5f, 2.5f, 3.5f})
+        w.f32(f);
+    w.u8(3);
+    if (version >= 3) w.u16(250);
+    NulText(w, "DoorOpen");
+    NulText(w, "DoorClose");
+    if (version >= 2) NulText(w, "doormodule");
+    page(5, w.release());
+    return *this;
+}
+
+namespace {
+
+void Physics(ByteWriter& w) {
+    for (int i = 0; i < 17; ++i) {
+        if (i == 3 || i == 6) {
+            w.u32(static_cast<std::uint32_t>(i));
+        } else {
+            w.f32(0.25f * static_cast<float>(i));
+        }
+    }
+}
+
+void Lighting(ByteWriter& w) {
+    for (int i = 0; i < 10; ++i)
+        w.f32(0.5f * static_cast<float>(i));
+    w.u32(7);
+    w.u32(9);
+    w.u8(4);
+    w.u8(1);
+}
+
+void Battery(ByteWriter& w, bool wideFlags, std::uint8_t mask) {
+    w.f32(1.0f);
+    w.f32(2.0f);
+    for (int j = 0; j < 8; ++j)
+        w.u16(static_cast<std::uint16_t>(j));
+    for (int j = 0; j < 8; ++j) {
+        w.u8(j == 0 ? mask : 0);
+        for (int k = 0; k < 5; ++k)
+            w.f32(0.1f * static_cast<float>(k));
+    }
+    w.u8(1);
+    w.u16(2);
+    w.u8(3);
+    for (float f : {0.9f, 100.0f, 0.8f})
+        w.f32(f);
+    if (wideFlags) {
+        w.u16(0x101);
+    } else {
+        w.u8(1);
+    }
+    w.u8(5);
+}
+
+}  // namespace
+
+GamWriter& GamWriter::ship(const std::string& name, const std::string& model, int version,
+                           const std::string& weapon) {
+    ByteWriter w;
+    w.u16(static_cast<std::uint16_t>(version));
+    for (const std::string& text : {name, std::string("cockpit.inf"), std::string("hud.inf"), model,
+                                    std::string("dying.oof"), std::string(""), std::string("")})
+        NulText(w, text);
+    w.f32(75.0f);
+    w.f32(120.0f);
+    Physics(w);
+    w.f32(5.5f);
+    w.f32(1.25f);
+    w.u32(0x3);
+    for (int i = 0; i < 21; ++i) {
+        w.u8(static_cast<std::uint8_t>(i));
+        NulText(w, i == 0 ? "LaserFire" : "");
+        NulText(w, "");
+        NulText(w, i == 0 ? "LaserPowerup" : "");
+        w.i32(i * 10);
+        Battery(w, version >= 6, i == 0 ? 0x05 : 0);
+        for (int j = 0; j < 8; ++j)
+            NulText(w, "");
+        for (int j = 0; j < 8; ++j)
+            NulText(w, i == 0 && j == 0 ? weapon : "");
+    }
+    page(6, w.release());
+    return *this;
+}
+
+GamWriter& GamWriter::weapon(const std::string& name, const std::string& fireImage,
+                             std::uint32_t flags, int version) {
+    ByteWriter w;
+    w.u16(static_cast<std::uint16_t>(version));
+    NulText(w, name);
+    NulText(w, "hud.ogf");
+    NulText(w, fireImage);
+    NulText(w, "particle.ogf");
+    w.u8(4);
+    w.f32(1.0f);
+    w.f32(2.0f);
+    w.u32(flags);
+    NulText(w, "");
+    w.u8(0);
+    NulText(w, "");
+    NulText(w, "");
+    w.u8(0);
+    for (int i = 0; i < 6; ++i)
+        w.f32(static_cast<float>(i));
+    Physics(w);
+    w.f32(3.0f);
+    w.u8(2);
+    w.f32(0.5f);
+    NulText(w, "explode.oaf");
+    w.f32(1.0f);
+    w.f32(2.0f);
+    w.f32(10.0f);
+    if (version >= 7) w.f32(11.0f);
+    for (float f : {1.0f, 2.0f, 3.0f})
+        w.f32(f);
+    if (version >= 7) w.f32(4.0f);
+    w.f32(5.0f);
+    w.f32(6.0f);
+    Lighting(w);
+    if (version >= 8) w.f32(0.5f);
+    for (int i = 0; i < 7; ++i)
+        NulText(w, i == 0 ? "WeaponFire" : "");
+    NulText(w, "smoke.ogf");
+    NulText(w, "scorch.ogf");
+    w.f32(1.5f);
+    NulText(w, "icon.ogf");
+    page(2, w.release());
+    return *this;
+}
+
 GamWriter& GamWriter::otherPage(std::uint8_t type, std::size_t bodySize) {
     page(type, Bytes(bodySize, 0x5A));
     return *this;

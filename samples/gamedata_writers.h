@@ -66,7 +66,17 @@ GamObjectPage ObjectPage(std::string name, const std::array<std::string, 3>& mod
 class GamWriter {
   public:
     GamWriter& texture(const GamTexturePage& page);
+    // A texture page of an older version (1 to 7), procedural when `elements` is not 0.
+    GamWriter& oldTexture(const std::string& name, const std::string& bitmap, int version,
+                          int elements = 0);
     GamWriter& object(const GamObjectPage& page);
+    GamWriter& sound(const std::string& name, const std::string& file);
+    GamWriter& door(const std::string& name, const std::string& model, int version = 3);
+    // A ship page whose battery 0 fires `weapon` from gun points 0 and 2.
+    GamWriter& ship(const std::string& name, const std::string& model, int version = 6,
+                    const std::string& weapon = "Laser");
+    GamWriter& weapon(const std::string& name, const std::string& fireImage, std::uint32_t flags,
+                      int version = 8);
     GamWriter& otherPage(std::uint8_t type, std::size_t bodySize);
     const Bytes& bytes() const { return bytes_; }
 

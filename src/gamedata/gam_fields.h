@@ -34,9 +34,11 @@ class FieldVisitor {
     virtual void Text(std::string_view key, std::string& v) = 0;
     virtual void Flag(std::string_view key, bool& v) = 0;  // one byte, 0 or not
 
-    // A 16-bit count of the list that follows; `count` is the list's size when writing and
-    // the count read (negative: none) when reading. False refuses a count above `most`.
-    virtual bool Count(std::string_view key, std::size_t& count, std::size_t most) = 0;
+    // A 16-bit count of the list that follows, whose items take at least `itemBytes` each;
+    // `count` is the list's size when writing and the count read (negative: none) when
+    // reading. False refuses a count above `most` or one the bytes left cannot hold.
+    virtual bool Count(std::string_view key, std::size_t& count, std::size_t most,
+                       std::size_t itemBytes) = 0;
 
     // True when the visitor fills the record from bytes (fields missing from an older
     // version then keep the game's defaults).

@@ -162,7 +162,7 @@ void VisitFields(GenericRecord& r, FieldVisitor& v) {
     if (version >= 21) v.Float("respawn_scalar", r.RespawnScalar);
     if (version >= 22) {
         std::size_t count = r.Deaths.size();
-        if (!v.Count("death_count", count, kMaxDeathTypes)) return;
+        if (!v.Count("death_count", count, kMaxDeathTypes, 13)) return;
         if (v.Reading()) r.Deaths.resize(count);
         v.BeginList("deaths");
         for (std::size_t i = 0; i < r.Deaths.size(); ++i) {

@@ -121,7 +121,7 @@ void VisitFields(TextureRecord& r, FieldVisitor& v) {
             v.Byte("oscillation_value", r.OscillationValue);
         }
         std::size_t count = r.Elements.size();
-        if (!v.Count("element_count", count, kMaxProcElements)) return;
+        if (!v.Count("element_count", count, kMaxProcElements, 8)) return;
         if (v.Reading()) r.Elements.resize(count);
         v.BeginList("elements");
         for (std::size_t i = 0; i < r.Elements.size(); ++i) {

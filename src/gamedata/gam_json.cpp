@@ -35,7 +35,7 @@ class ToJson final : public FieldVisitor {
     void Float(std::string_view k, float& v) override { Put(k, static_cast<double>(v)); }
     void Text(std::string_view k, std::string& v) override { Put(k, Utf8From1252(v)); }
     void Flag(std::string_view k, bool& v) override { Put(k, v); }
-    bool Count(std::string_view, std::size_t&, std::size_t) override { return true; }
+    bool Count(std::string_view, std::size_t&, std::size_t, std::size_t) override { return true; }
 
   private:
     json& Slot(std::string_view key) {
@@ -100,7 +100,7 @@ class SetField final : public FieldVisitor {
             error_ = "\"" + value_ + "\" is not true or false.";
         }
     }
-    bool Count(std::string_view, std::size_t&, std::size_t) override { return true; }
+    bool Count(std::string_view, std::size_t&, std::size_t, std::size_t) override { return true; }
 
     bool found() const { return found_; }
     const std::string& error() const { return error_; }

@@ -43,12 +43,17 @@ class BytesIn final : public FieldVisitor {
         v.assign(rest.begin(), nul);
         r_.seek(start + v.size() + 1);
     }
-    bool Count(std::string_view key, std::size_t& count, std::size_t most) override {
+    bool Count(std::string_view key, std::size_t& count, std::size_t most,
+               std::size_t itemBytes) override {
         const auto n = static_cast<std::int16_t>(r_.u16());
         count = n < 0 ? 0 : static_cast<std::size_t>(n);
         if (count > most) {
-            Refuse("its " + std::string(key) + " " + std::to_string(n) + " is more than the game holds (" +
-                   std::to_string(most) + ")");
+            Refuse("its " + std::string(key) + " " + std::to_string(n) +
+                   " is more than the game holds (" + std::to_string(most) + ")");
+            return false;
+        }
+        if (!r_.canHold(static_cast<std::int64_t>(count), itemBytes)) {
+            Refuse("its " + std::string(key) + " " + std::to_string(n) + " runs past its page");
             return false;
         }
         return r_.ok();
@@ -102,7 +107,7 @@ class BytesOut final : public FieldVisitor {
         w_.raw(std::string_view(v).substr(0, v.find('\0')));
         w_.u8(0);
     }
-    bool Count(std::string_view, std::size_t& count, std::size_t) override {
+    bool Count(std::string_view, std::size_t& count, std::size_t, std::size_t) override {
         w_.u16(static_cast<std::uint16_t>(count));
         return true;
     }
