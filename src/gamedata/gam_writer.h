@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "model/game_check.h"
+
 namespace mw {
 
 // Texture flags the game's loader reads from a page.
@@ -21,9 +23,8 @@ inline constexpr std::int16_t kTexturePageVersion = 7;
 // A page name holds this many characters before its NUL.
 inline constexpr std::size_t kPageNameLength = 34;
 
-// The longest texture name whose image file name (NAME.ogf) the game still loads: it refuses
-// a bitmap name over 33 characters.
-inline constexpr std::size_t kMaxTextureNameLength = 29;
+// The longest texture name whose image file name (NAME.ogf) the game still loads.
+inline constexpr std::size_t kMaxTextureNameLength = kGameMaxTextureNameLength;
 
 struct TexturePage {
     std::string Name;       // the name models use for the texture

@@ -3,6 +3,8 @@
 #include "gamedata/file_names.h"
 #include "gamedata/hog.h"
 #include "gamedata/hog_writer.h"
+#include "gamedata/settings.h"
+#include "gamedata/table_check.h"
 #include "model/file_io.h"
 #include "model/text_codec.h"
 
@@ -66,6 +68,32 @@ std::string SaveTableFile(const TableFile& source, const GamTable& table,
     auto archive = ReplaceHogEntry(source.Bytes, source.Entry, pages);
     if (!archive) return "The archive could not be read again.";
     return WriteFileReplacing(out, *archive);
+}
+
+std::vector<NamedTable> ReadGameTables(const clsHOG& hog, const Settings& settings,
+                                       std::vector<std::string>& skipped) {
+    std::vector<NamedTable> tables;
+    std::vector<std::pair<std::string, std::string>> sources;  // label, path
+    static constexpr const char* kLabels[] = {"", "d3.hog", "extra13.hog", "mission"};
+    for (int slot = 1; slot <= 3; ++slot) {
+        const HogSlot& s = hog.Slots[static_cast<std::size_t>(slot)];
+        if (s.Loaded && !s.Path.empty()) sources.emplace_back(kLabels[slot], s.Path);
+    }
+    if (ContainsIgnoringCase(settings.MN3GAMPath, ".gam")) {
+        if (auto loose = FindFileIgnoringCase(settings.MN3GAMPath))
+            sources.emplace_back(loose->filename().string(), loose->string());
+    }
+    for (const auto& [label, path] : sources) {
+        TableFile file;
+        std::string message;
+        const TableLoad load = LoadTableFile(path, file, message);
+        if (load == TableLoad::Ok) {
+            tables.push_back({label, std::move(file.Table)});
+        } else if (load != TableLoad::NoTable) {
+            skipped.push_back(message);
+        }
+    }
+    return tables;
 }
 
 }  // namespace mw

@@ -29,6 +29,16 @@ TableLoad LoadTableFile(const std::filesystem::path& path, TableFile& file, std:
 std::string SaveTableFile(const TableFile& source, const GamTable& table,
                           const std::filesystem::path& out);
 
+struct NamedTable;
+class clsHOG;
+struct Settings;
+
+// The tables of the game data: each loaded archive's table (d3.hog, extra13.hog, the mission)
+// and the loose .gam the settings name, in the game's order. A table that cannot be read is
+// left out and named in `skipped`.
+std::vector<NamedTable> ReadGameTables(const clsHOG& hog, const Settings& settings,
+                                       std::vector<std::string>& skipped);
+
 // The table entry the game loads from a mission archive of this file name ("NAME.gam").
 std::string MissionTableName(const std::filesystem::path& archive);
 

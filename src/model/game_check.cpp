@@ -234,6 +234,31 @@ class Checker {
                                  "' is in none of the game data named; the game shows it "
                                  "as missing.");
             f.Texture = static_cast<int>(t);
+            // A texture the game data lacks must come with a package: its image file name
+            // (NAME.ogf) must be one the game loads, and distinct in what the game keeps.
+            if (name.size() > kGameMaxTextureNameLength) {
+                Finding& n = Add(Severity::Error, "texture-name-too-long",
+                                 "Texture '" + Utf8From1252(name) + "' is longer than the " +
+                                     std::to_string(kGameMaxTextureNameLength) +
+                                     " characters the game loads a texture's image by.");
+                n.Texture = static_cast<int>(t);
+            }
+            for (std::size_t u = 0; u < t; ++u) {
+                if (resolved[u]) continue;
+                const Texture& other = m_.Textures[u];
+                const std::string& earlier = other.Name.empty() ? other.GameName : other.Name;
+                if (earlier != name && earlier.size() >= kGameBitmapStemLength &&
+                    name.size() >= kGameBitmapStemLength &&
+                    LowerCase1252(earlier.substr(0, kGameBitmapStemLength)) ==
+                        LowerCase1252(name.substr(0, kGameBitmapStemLength))) {
+                    Finding& c = Add(Severity::Error, "texture-names-collide",
+                                     "Textures '" + Utf8From1252(earlier) + "' and '" +
+                                         Utf8From1252(name) + "' agree in the first " +
+                                         std::to_string(kGameBitmapStemLength) +
+                                         " characters, all the game keeps of an image's name.");
+                    c.Texture = static_cast<int>(t);
+                }
+            }
         }
     }
 

@@ -20,6 +20,10 @@ inline constexpr int kGameMaxSingleFaceCorners = 30;
 inline constexpr int kGameMaxNameLength = 31;
 inline constexpr int kGameMaxPropertyLength = 255;
 inline constexpr int kGameMaxBatteries = 21;
+// A texture's image is NAME.ogf: the game loads bitmap names of at most 33 characters and
+// keeps 28 characters of their stem.
+inline constexpr std::size_t kGameMaxTextureNameLength = 29;
+inline constexpr std::size_t kGameBitmapStemLength = 28;
 
 enum class Severity { Warning, Error };
 const char* SeverityName(Severity severity);
