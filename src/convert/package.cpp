@@ -1,11 +1,13 @@
 #include "convert/package.h"
 
+#include <algorithm>
 #include <optional>
 #include <tuple>
 
 #include "convert/texture_images.h"
 #include "gamedata/file_names.h"
 #include "gamedata/gam_writer.h"
+#include "gamedata/game_object.h"
 #include "gamedata/hog_writer.h"
 #include "gamedata/ogf.h"
 #include "model/file_io.h"
@@ -153,6 +155,7 @@ std::string PackageReport(const PackageResult& result, const std::string& archiv
             text += " (" + t.File.filename().string() + " as " + Utf8From1252(t.Entry) + ")";
         text += "\n";
     }
+    if (!result.Object.empty()) text += "page " + result.Object + "\n";
     text += archive + ":";
     for (const std::string& entry : result.Entries)
         text += " " + entry;
@@ -164,33 +167,93 @@ std::string PackageReport(const PackageResult& result, const std::string& archiv
     return text;
 }
 
+namespace {
+
+struct PackedModel {
+    std::string Entry;  // its name in the archive (Windows-1252)
+    std::vector<std::uint8_t> Bytes;
+    ModelData Model;
+};
+
+// Reads a model file for the package; "" or why it cannot go in.
+std::string ReadPackedModel(const std::filesystem::path& path, PackedModel& packed,
+                            bool& unreadable) {
+    auto bytes = ReadFileBytes(path);
+    if (!bytes) {
+        unreadable = true;
+        return "Cannot read " + path.string() + ".";
+    }
+    if (readOOF(packed.Model, *bytes) != ResultCode::Success)
+        return path.string() + " is not a model this program reads.";
+    const auto entry = HogNameFromUtf8(path.filename().string());
+    if (!entry) {
+        return "\"" + path.filename().string() +
+               "\" has a character the game's file names (Windows-1252) cannot hold.";
+    }
+    packed.Entry = *entry;
+    packed.Bytes = std::move(*bytes);
+    return {};
+}
+
+// The object's page, copied from the last page of that name in the game's tables.
+std::string ObjectPage(const PackageObject& object, const std::vector<NamedTable>* tables,
+                       const std::vector<PackedModel>& models, TablePage& page,
+                       std::string& described) {
+    const TablePage* like = nullptr;
+    const std::string likeName = Cp1252FromUtf8(object.Like);
+    for (const NamedTable& t : tables ? *tables : std::vector<NamedTable>{}) {
+        if (const int i = FindPage(t.Table, likeName); i >= 0)
+            like = &t.Table.Pages[static_cast<std::size_t>(i)];
+    }
+    if (like == nullptr) return "No page \"" + object.Like + "\" in the game data's tables.";
+    const auto name = object.Replace ? std::optional<std::string>(like->Name())
+                                     : Cp1252FromUtf8Exact(object.Name);
+    if (!name) return "\"" + object.Name + "\" has a character the game's texts cannot hold.";
+    ObjectModels names{models[0].Entry, {}, {}};
+    for (std::size_t m = 1; m < models.size(); ++m)
+        (object.Medium.empty() || m == 2 ? names.Low : names.Medium) = models[m].Entry;
+    if (std::string problem = CopyObjectPage(*like, *name, names, page); !problem.empty())
+        return problem;
+    described = PageLabel(page) + (object.Replace ? " replacing the game's" : " like \"" + object.Like + "\"");
+    return {};
+}
+
+}  // namespace
+
 PackageResult WritePackage(const std::filesystem::path& modelPath,
                            const std::filesystem::path& archive, GameData& game,
                            const Settings& settings,
                            const std::vector<std::filesystem::path>& textureFolders,
-                           std::uint32_t time) {
+                           std::uint32_t time, const PackageObject* object,
+                           const std::vector<NamedTable>* gameTables) {
     PackageResult result;
-    const auto modelBytes = ReadFileBytes(modelPath);
-    if (!modelBytes) {
-        result.Error = "Cannot read " + modelPath.string() + ".";
-        result.ModelUnreadable = true;
-        return result;
+    std::vector<std::filesystem::path> paths{modelPath};
+    if (object != nullptr) {
+        for (const auto& detail : {object->Medium, object->Low}) {
+            if (!detail.empty()) paths.push_back(detail);
+        }
     }
-    ModelData model;
-    if (readOOF(model, *modelBytes) != ResultCode::Success) {
-        result.Error = modelPath.string() + " is not a model this program reads.";
+    std::vector<PackedModel> models(paths.size());
+    for (std::size_t m = 0; m < paths.size(); ++m) {
+        result.Error = ReadPackedModel(paths[m], models[m], result.ModelUnreadable);
+        if (!result.Error.empty()) return result;
+    }
+    const auto tableStem = HogNameFromUtf8(archive.stem().string());
+    if (!tableStem) {
+        result.Error = "\"" + archive.filename().string() +
+                       "\" has a character the game's file names (Windows-1252) cannot hold.";
+        result.Refused = true;
         return result;
     }
     std::vector<std::filesystem::path> folders = textureFolders;
     folders.push_back(modelPath.parent_path().empty() ? "." : modelPath.parent_path());
-    result.Textures = PlanPackageTextures(model, game, settings, folders);
-
-    const auto modelEntry = HogNameFromUtf8(modelPath.filename().string());
-    const auto tableStem = HogNameFromUtf8(archive.stem().string());
-    if (!modelEntry || !tableStem) {
-        result.Error = "\"" + (modelEntry ? archive : modelPath).filename().string() +
-                       "\" has a character the game's file names (Windows-1252) cannot hold.";
-        return result;
+    // Every texture of the model and its detail models, once.
+    for (const PackedModel& m : models) {
+        for (PackageTexture& t : PlanPackageTextures(m.Model, game, settings, folders)) {
+            const bool seen = std::any_of(result.Textures.begin(), result.Textures.end(),
+                                          [&t](const PackageTexture& u) { return u.Name == t.Name; });
+            if (!seen) result.Textures.push_back(std::move(t));
+        }
     }
     // The game loads a texture only through an image file name of at most 33 characters.
     for (const PackageTexture& t : result.Textures) {
@@ -199,11 +262,20 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
             result.Error = "The texture name \"" + Utf8From1252(t.Name) + "\" is longer than the " +
                            std::to_string(kMaxTextureNameLength) +
                            " characters the game loads an image by; rename it in the model.";
+            result.Refused = true;
             return result;
         }
     }
+    TablePage objectPage;
+    if (object != nullptr) {
+        result.Error = ObjectPage(*object, gameTables, models, objectPage, result.Object);
+        result.Refused = !result.Error.empty();
+        if (result.Refused) return result;
+    }
 
-    std::vector<HogFile> files{{*modelEntry, *modelBytes}};
+    std::vector<HogFile> files;
+    for (PackedModel& m : models)
+        files.push_back({m.Entry, std::move(m.Bytes)});
     std::vector<std::uint8_t> table;
     for (PackageTexture& t : result.Textures) {
         if (t.Source == PackageSource::InGame) continue;
@@ -226,6 +298,7 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
         table.insert(table.end(), page.begin(), page.end());
         files.push_back({t.Entry, std::move(added->Bytes)});
     }
+    if (object != nullptr) table.insert(table.end(), objectPage.Bytes.begin(), objectPage.Bytes.end());
     // The game loads the table of NAME.mn3 as NAME.gam.
     if (!table.empty()) files.push_back({*tableStem + ".gam", std::move(table)});
     for (const HogFile& f : files)

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "gamedata/table_check.h"
 #include "gamedata/texture_loader.h"
 
 namespace mw {
@@ -34,23 +35,38 @@ std::vector<PackageTexture> PlanPackageTextures(const ModelData& model, GameData
                                                 const Settings& settings,
                                                 const std::vector<std::filesystem::path>& folders);
 
+// A game object for the model: a page copied from an existing one of the game data with the
+// model's names (as a mission adds a robot or powerup), or, with `Replace`, keeping that
+// page's name so the mission's page replaces the game's (as a mission flies a new ship).
+struct PackageObject {
+    std::string Name;  // the new page's name (UTF-8); ignored with Replace
+    std::string Like;  // the existing page (UTF-8)
+    bool Replace = false;
+    std::filesystem::path Medium, Low;  // detail model files, packed too
+};
+
 struct PackageResult {
     std::string Error;             // when not empty, nothing was written
     bool ModelUnreadable = false;  // the failure was the model file
+    bool Refused = false;          // the package would not work in the game: nothing written
     std::vector<PackageTexture> Textures;
     std::vector<std::string> Entries;   // the archive's files
     std::vector<std::string> Warnings;  // pictures resized, large sides, long names
     int Missing = 0;
+    std::string Object;  // the object page written, for people ("generic \"X\" like \"Y\"")
 };
 
 // What went in and what is still missing, a line each, for people.
 std::string PackageReport(const PackageResult& result, const std::string& archive);
 
 // Writes the package of the model file at `modelPath` into `archive`.
+// With `object`, the table holds the object's page too; `gameTables` are the game data's
+// tables in which its `Like` page is found (the last one wins, as in the game).
 PackageResult WritePackage(const std::filesystem::path& modelPath,
                            const std::filesystem::path& archive, GameData& game,
                            const Settings& settings,
                            const std::vector<std::filesystem::path>& textureFolders,
-                           std::uint32_t time);
+                           std::uint32_t time, const PackageObject* object = nullptr,
+                           const std::vector<NamedTable>* gameTables = nullptr);
 
 }  // namespace mw
