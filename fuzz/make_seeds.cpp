@@ -79,6 +79,22 @@ int main(int argc, char** argv) {
         const char* target = kind == "texture" ? "ogf" : kind == "animation" ? "oaf" : "gam";
         ok &= Put(dir / target, e.Name, file);
     }
+    // Tables with every page kind, old versions and a procedural texture, for the page fuzzer.
+    mw::GamWriter pages;
+    for (int v : {4, 6, 7})
+        pages.oldTexture("Lava", "lava.ogf", v, v >= 6 ? 1 : 0);
+    pages.sound("Laser Fire", "laser.wav").door("Door", "door.oof", 2).door("Door3", "d.oof");
+    pages.object(mw::ObjectPage("Robot", {"r.oof", "", ""}, 0, 19));
+    pages.object(mw::ObjectPage("Shield", {"s.oof", "", ""}, 0, 27, 7));
+    pages.ship("Pyro-GL", "pyro.oof", 5).weapon("Laser", "laser.oof", 0, 6).otherPage(8, 12);
+    ok &= Put(dir / "pages", "every.gam", pages.bytes());
+    for (const auto& e : entries) {
+        if (std::string_view(mw::HogEntryKind(e.Name)) != "table") continue;
+        const std::vector<std::uint8_t> table(
+            archive.begin() + static_cast<std::ptrdiff_t>(e.Offset),
+            archive.begin() + static_cast<std::ptrdiff_t>(e.Offset + e.Length));
+        ok &= Put(dir / "pages", e.Name, table);
+    }
     const mw::RgbaImage picture{
         4,
         3,

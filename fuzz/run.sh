@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 seconds="${1:?usage: fuzz/run.sh SECONDS [TARGET...]}"
 shift
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(oof orf hog ogf oaf gam settings targa gltf edits)
+[ ${#targets[@]} -gt 0 ] || targets=(oof orf hog ogf oaf gam pages settings targa gltf edits)
 
 MW_FUZZ=1 scripts/deps.sh
 flags="-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer"
