@@ -63,7 +63,7 @@ void TableFindingJson(JsonWriter& j, const TableFinding& f) {
 }
 
 int Report(const std::vector<Finding>& model, const std::vector<TableFinding>& pages, bool json,
-           std::ostream& out) {
+           const char* what, std::ostream& out) {
     bool errors = HasErrors(model);
     for (const TableFinding& f : pages)
         errors = errors || f.Level == Severity::Error;
@@ -77,7 +77,7 @@ int Report(const std::vector<Finding>& model, const std::vector<TableFinding>& p
         j.endArray().endObject();
         out << j.str() << "\n";
     } else if (model.empty() && pages.empty()) {
-        out << "No findings: the game takes this as it is.\n";
+        out << "No findings: the game takes this " << what << " as it is.\n";
     } else {
         for (const Finding& f : model)
             out << SeverityName(f.Level) << " " << f.Code << ": " << f.Message << "\n";
@@ -137,7 +137,7 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
             err << "Cannot open " << file << "\n";
             return kExitNoInput;
         }
-        if (!table) return Report({}, CheckArchive(file, *head, gameTables), json, out);
+        if (!table) return Report({}, CheckArchive(file, *head, gameTables), json, "archive", out);
         std::string error;
         auto pages = ReadGamPages(*head, error);
         if (!pages) {
@@ -145,7 +145,7 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
             return kExitRefused;
         }
         const bool addOn = !EqualsIgnoringCase(std::filesystem::path(file).filename().string(), "table.gam");
-        return Report({}, CheckTable(*pages, addOn, gameTables), json, out);
+        return Report({}, CheckTable(*pages, addOn, gameTables), json, "table", out);
     }
 
     ModelData model;
@@ -166,7 +166,8 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
             return false;
         });
     }
-    return Report(CheckModel(model, resolved ? &*resolved : nullptr), pageFindings, json, out);
+    return Report(CheckModel(model, resolved ? &*resolved : nullptr), pageFindings, json, "model",
+                  out);
 }
 
 }  // namespace mw

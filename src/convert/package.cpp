@@ -201,9 +201,9 @@ std::string ObjectPage(const PackageObject& object, const std::vector<NamedTable
                        std::string& described) {
     const TablePage* like = nullptr;
     const std::string likeName = Cp1252FromUtf8(object.Like);
-    for (const NamedTable& t : tables ? *tables : std::vector<NamedTable>{}) {
-        if (const int i = FindPage(t.Table, likeName); i >= 0)
-            like = &t.Table.Pages[static_cast<std::size_t>(i)];
+    for (std::size_t n = 0; tables != nullptr && n < tables->size(); ++n) {
+        const GamTable& t = (*tables)[n].Table;
+        if (const int i = FindPage(t, likeName); i >= 0) like = &t.Pages[static_cast<std::size_t>(i)];
     }
     if (like == nullptr) return "No page \"" + object.Like + "\" in the game data's tables.";
     const auto name = object.Replace ? std::optional<std::string>(like->Name())

@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
 #include <QImage>
 
 #include <fstream>
@@ -183,16 +185,29 @@ TEST(CliGameData, ImageFramesOfAnArchivedAnimation) {
     EXPECT_EQ(Cli({"image", kSample}).status, 1);  // not an image
 }
 
-TEST(CliGameData, GamDump) {
+TEST(CliGameData, GamDumpNamesEveryFieldByWhatItMeans) {
     const CliRun r = Cli({"gam", "dump", kArchive, "--json"});
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_TRUE(r.out.starts_with(
-        "{\"textures\":[{\"name\":\"Sample Hull\",\"file\":\"ship_hull\",\"alpha\":1,"
-        "\"anim_time\":0,\"slide_u\":0,\"slide_v\":0,\"flags\":0},"));
-    EXPECT_NE(r.out.find("\"objects\":[{\"name\":\"sample ship\",\"models\":[\"ship.oof\",\"\","
-                         "\"\"],\"kind\":1}]}"),
-              std::string::npos);
+    const auto j = nlohmann::json::parse(r.out);
+    ASSERT_EQ(j["pages"].size(), 5u);
+    EXPECT_EQ(j["pages"][0]["kind"], "texture");
+    EXPECT_EQ(j["pages"][0]["bitmap"], "ship_hull.ogf");
+    const auto& ship = j["pages"][4];
+    EXPECT_EQ(ship["kind"], "generic");
+    EXPECT_EQ(ship["model"], "ship.oof");
+    for (const char* key : {"medium_model", "low_model", "size", "hit_points", "physics", "ai"})
+        EXPECT_TRUE(ship.contains(key)) << key;
+    EXPECT_EQ(ship["animation"]["standing"]["idle"].size(), 4u);  // from, to, speed, sound
+    EXPECT_EQ(ship["batteries"][0]["weapons"][0], "Laser");
+    EXPECT_EQ(ship["batteries"][0]["masks"][0]["mask"], 1);
+
+    const CliRun one = Cli({"gam", "dump", kArchive, "--page", "SAMPLE WING STRIPES"});
+    ASSERT_EQ(one.status, 0);
+    EXPECT_TRUE(one.out.starts_with("texture \"Sample Wing Stripes\" (88 bytes)\n")) << one.out;
+    EXPECT_NE(one.out.find("  slide_u = 2\n"), std::string::npos);
+    EXPECT_EQ(Cli({"gam", "dump", kArchive, "--page", "nothing"}).status, kExitRefused);
     EXPECT_EQ(Cli({"gam", "dump"}).status, kExitUsage);
+    EXPECT_EQ(Cli({"gam", "frobnicate", kArchive}).status, kExitUsage);
     EXPECT_EQ(Cli({"gam", "dump", "/no/such.gam"}).status, kExitNoInput);
 }
 
