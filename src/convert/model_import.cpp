@@ -32,7 +32,9 @@ ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& optio
         model = std::move(*exact);
         result.Exact = true;
     } else {
-        model = SceneModelBuilder(scene).Generic();
+        SceneModelBuilder generic(scene);
+        model = generic.Generic();
+        result.Notes = std::move(generic.Notes);
     }
     if (options.Scale != 1.0f && ScaleModel(model, options.Scale * 100.0f) != ScaleResult::Done) {
         result.Status = ImportStatus::BadScale;

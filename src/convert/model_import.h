@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "convert/import_scene.h"
 #include "model/model_data.h"
@@ -22,6 +23,7 @@ struct ImportResult {
     std::string Error;   // the reader's message when the file could not be read
     ModelData Model;     // as after a load
     bool Exact = false;  // rebuilt from our own extras
+    std::vector<std::string> Notes;  // what was changed on the way in, for people
 };
 
 ImportResult ImportModel(const std::filesystem::path& path, const ImportOptions& options = {});

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "convert/gltf_common.h"
+#include "model/game_check.h"
 #include "model/geometry.h"
 #include "model/text_codec.h"
 #include "model/texture_rename.h"
@@ -17,8 +18,10 @@ using namespace gltf;
 
 namespace {
 
-// Texture names are kept short enough that the name and ".ogf" fit an archive entry.
-constexpr std::size_t kTextureNameLength = 31;
+// Texture names are kept short enough that the game loads their image (NAME.ogf); a longer
+// name keeps its start and gets a short ending that keeps it apart from the others in the
+// characters the game keeps of an image's name.
+constexpr std::size_t kCutNameStart = kGameBitmapStemLength - 3;
 
 // The vertices of a sub-object shared by place and normal (bit for bit): an open-addressing
 // table of indices into the vertex list, which holds the keys itself (a standard map would
@@ -214,13 +217,25 @@ int SceneModelBuilder::TextureOf(int material) {
     if (m.Untextured) return -1;
     std::string name = m.Texture.empty() ? (m.Default ? std::string() : m.Name) : m.Texture;
     if (name.empty()) return -1;
-    name = LowerCase1252(Cp1252FromUtf8(name));
-    if (name.size() > kTextureNameLength) name.resize(kTextureNameLength);
-    name = RenamedTexture(name);
-    for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
-        if (m_.Textures[t].Name == name) return static_cast<int>(t);
+    name = RenamedTexture(LowerCase1252(Cp1252FromUtf8(name)));
+    if (const auto known = textureOfName_.find(name); known != textureOfName_.end())
+        return known->second;
+    std::string kept = name;
+    if (kept.size() > kGameMaxTextureNameLength) {
+        for (int n = 0; n < 100; ++n) {
+            kept = name.substr(0, kCutNameStart) + "_" + (n < 10 ? "0" : "") + std::to_string(n);
+            const bool taken = std::any_of(m_.Textures.begin(), m_.Textures.end(), [&](const Texture& t) {
+                return t.Name.substr(0, kGameBitmapStemLength) == kept;
+            });
+            if (!taken) break;
+        }
+        Notes.push_back("The texture name \"" + Utf8From1252(name) + "\" is longer than the " +
+                        std::to_string(kGameMaxTextureNameLength) +
+                        " characters the game loads an image by; it is \"" + Utf8From1252(kept) +
+                        "\" now.");
     }
-    m_.Textures.push_back({{}, name, name});
+    m_.Textures.push_back({{}, kept, kept});
+    textureOfName_[name] = static_cast<int>(m_.Textures.size()) - 1;
     return static_cast<int>(m_.Textures.size()) - 1;
 }
 

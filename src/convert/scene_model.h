@@ -2,6 +2,7 @@
 // export wrote, from the "descent3" extras it keeps (what another program changed since wins).
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,9 @@ class SceneModelBuilder {
     // The model our own export wrote, or nullopt when the file is not one or has been
     // changed past what the extras can follow (sub-objects added or removed).
     std::optional<ModelData> Exact();
+
+    // What the model could not keep as the file had it (texture names cut), for people.
+    std::vector<std::string> Notes;
 
   private:
     bool HasFaces(int node) const;
@@ -51,6 +55,7 @@ class SceneModelBuilder {
     std::vector<int> subNodes_;  // node of each sub-object
     std::vector<int> subOf_;     // sub-object of each node, or -1
     ModelData m_;
+    std::map<std::string, int> textureOfName_;  // a material's texture name, as the file has it
 };
 
 }  // namespace mw

@@ -200,7 +200,8 @@ void Upgrade(GenericRecord& g) {
     }
     if (g.Version < 24 && (g.Flags & 4u) &&
         (g.Type == kObjectRobot || (g.Type == kObjectBuilding && (g.Flags & 1u)))) {
-        g.Score = static_cast<std::int16_t>(3 * g.HitPoints);
+        // Stored in the page's 16 bits as the game stores it.
+        g.Score = static_cast<std::int16_t>(3 * static_cast<std::int64_t>(g.HitPoints));
     }
     if (g.Version < 25 && g.Type == kObjectPowerup) {
         struct Ammo {

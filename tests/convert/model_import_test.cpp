@@ -7,6 +7,8 @@
 
 #include "cli/cli.h"
 #include "convert/model_import.h"
+
+#include "model/game_check.h"
 #include "model/file_io.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
@@ -305,6 +307,28 @@ TEST(ModelImport, CornerListsOfFloatsAreRefused) {
     EXPECT_FALSE(ReadGltfSceneFromBytes(
         {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, scene, error));
     EXPECT_FALSE(error.empty());
+}
+
+TEST(ModelImport, TextureNamesTheGameCannotLoadAreCutApartAndReported) {
+    test::TempDir dir("import-long-names");
+    const std::string a = "spaceship_hull_panels_weathered_dark";   // 36 characters
+    const std::string b = "spaceship_hull_panels_weathered_light";  // the same first 28
+    WriteText(dir / "box.mtl", "newmtl m1\nmap_Kd " + a + ".png\nnewmtl m2\nmap_Kd " + b +
+                                   ".png\nnewmtl m3\nmap_Kd " + a + ".png\n");
+    WriteText(dir / "box.obj",
+              "mtllib box.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n"
+              "usemtl m1\nf 1 2 3\nusemtl m2\nf 1 3 4\nusemtl m3\nf 1 2 4\n");
+    const ImportResult r = ImportModel(dir / "box.obj");
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    ASSERT_EQ(r.Model.Textures.size(), 2u);  // m1 and m3 share a picture
+    EXPECT_EQ(r.Model.Textures[0].Name, "spaceship_hull_panels_wea_00");
+    EXPECT_EQ(r.Model.Textures[1].Name, "spaceship_hull_panels_wea_01");
+    ASSERT_EQ(r.Notes.size(), 2u);
+    EXPECT_NE(r.Notes[0].find("is \"spaceship_hull_panels_wea_00\" now"), std::string::npos);
+    // What the import keeps, the check with game data and a package accept.
+    const std::vector<bool> unresolved(2, false);
+    for (const Finding& f : CheckModel(r.Model, &unresolved))
+        EXPECT_NE(f.Code.rfind("texture-name", 0), 0u) << f.Code;
 }
 
 }  // namespace

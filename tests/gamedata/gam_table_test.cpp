@@ -127,6 +127,15 @@ TEST(GamTable, AnOlderPageIsWrittenInTheCurrentVersionWithTheGamesDefaults) {
     ASSERT_EQ(SetPageField(vauss, "size", "3"), "");
     EXPECT_EQ(std::get<GenericRecord>(vauss.Record).Ammo, 5000);
 
+    // Any hit points: the score is what the game's 16 bits make of three times them (found by
+    // the page fuzzer as an overflow).
+    GamObjectPage tough = ObjectPage("Tough", {"t.oof", "", ""}, 0, 16);
+    tough.HitPoints = -858964532;
+    TablePage toughPage = Read(GamWriter().object(tough).bytes()).Pages[0];
+    ASSERT_EQ(SetPageField(toughPage, "size", "2"), "");
+    EXPECT_EQ(std::get<GenericRecord>(toughPage.Record).Score,
+              static_cast<std::int16_t>(3 * std::int64_t{-858964532}));
+
     EXPECT_NE(SetPageField(robot, "no_such_field", "1"), "");
     EXPECT_NE(SetPageField(robot, "hit_points", "lots"), "");
     EXPECT_NE(SetPageField(robot, "type", "300"), "");  // a byte
