@@ -5,6 +5,7 @@
 #include "cli/json_writer.h"
 #include "convert/texture_images.h"
 #include "gamedata/texture_loader.h"
+#include "model/properties.h"
 #include "model/text_codec.h"
 
 namespace mw {
@@ -79,7 +80,9 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
             out << t << "  " << Utf8From1252(tex.FileName) << "  (" << Utf8From1252(tex.GameName)
                 << ")  " << TextureSourceName(r.Source) << " " << r.Path << "  " << width << " x "
                 << height
-                << (slot.FrameCount > 0 ? "  " + std::to_string(slot.FrameCount) + " frames" : "")
+                << (slot.FrameCount > 0 ? "  " + std::to_string(slot.FrameCount) + " frames of " +
+                                              PlainNumber(slot.FrameTime) + " s"
+                                        : "")
                 << (slot.HasAlpha ? "  alpha" : "") << (r.Decoded ? "" : "  placeholder") << "\n";
             continue;
         }
@@ -88,6 +91,8 @@ int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std
         j.field("source", TextureSourceName(r.Source)).field("path", Utf8From1252(r.Path));
         j.field("decoded", r.Decoded).field("status", static_cast<int>(r.Status));
         j.field("width", width).field("height", height).field("frames", slot.FrameCount);
+        // The game shows each frame for the page's speed divided by the frame count.
+        j.field("frame_time", slot.FrameCount > 0 ? slot.FrameTime : 0.0f);
         j.field("has_alpha", slot.HasAlpha);
         j.field("gam_flags", static_cast<std::int64_t>(slot.Gam.GamFlags));
         j.field("anim_time", slot.Gam.AnimationTime()).field("slide_u", slot.Gam.SlideTimeU());

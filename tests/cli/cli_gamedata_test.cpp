@@ -28,10 +28,11 @@ TEST(CliGameData, TexturesResolveTheSampleThroughItsArchive) {
         r.out.starts_with("{\"object_kind\":1,\"textures\":[{\"name\":\"ship_hull\","
                           "\"game_name\":\"Sample Hull\",\"source\":\"d3.hog\",\"path\":"
                           "\"ship_hull.ogf\",\"decoded\":true,\"status\":0,\"width\":64,"
-                          "\"height\":64,\"frames\":0,\"has_alpha\":false"));
+                          "\"height\":64,\"frames\":0,\"frame_time\":0,\"has_alpha\":false"));
     EXPECT_NE(r.out.find("\"name\":\"ship_turret\",\"game_name\":\"Sample Turret Light\","
                          "\"source\":\"d3.hog\",\"path\":\"ship_turret.oaf\",\"decoded\":true,"
-                         "\"status\":0,\"width\":32,\"height\":32,\"frames\":4"),
+                         "\"status\":0,\"width\":32,\"height\":32,\"frames\":4,"
+                         "\"frame_time\":0.25"),  // the page's speed 1 over four frames
               std::string::npos);
     EXPECT_NE(r.out.find("\"slide_u\":2"), std::string::npos);
 
