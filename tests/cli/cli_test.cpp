@@ -207,5 +207,13 @@ TEST_F(CliTest, RefusedOperationsWriteNothing) {
     }
 }
 
+TEST_F(CliTest, DeletingTheSamplesAttachPointTakesItsNormal) {
+    ASSERT_EQ(Cli({"edit", Path("ship.oof"), Path("out.oof"), "--delete-point", "ATCH:0"}).status, 0);
+    const ModelData m = Load("out.oof");
+    EXPECT_TRUE(m.AttachPoints.empty());
+    EXPECT_TRUE(m.AttachNormals.empty());  // no normal left without its point
+    EXPECT_EQ(Cli({"check", Path("out.oof")}).status, 0);
+}
+
 }  // namespace
 }  // namespace mw

@@ -132,5 +132,29 @@ TEST(GameCheckTest, UnresolvedTexturesAreNamedWhenGameDataIsGiven) {
     EXPECT_NE(found[0].Message.find("ship_wing"), std::string::npos);
 }
 
+TEST(GameCheckTest, TextureNamesTheGameCannotLoadAnImageByAreErrors) {
+    ModelData m = BuildSampleModel();
+    m.Textures[1].Name = std::string(29, 'a');  // the longest that loads: clean
+    const std::vector<bool> resolved = {true, false, true};
+    ASSERT_EQ(CheckModel(m, &resolved).size(), 1u);  // texture-unresolved only
+    m.Textures[1].Name = std::string(30, 'a');
+    auto found = CheckModel(m, &resolved);
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found[1].Code, "texture-name-too-long");
+    EXPECT_EQ(found[1].Texture, 1);
+    // Names agreeing in the 28 characters the game keeps collide; a resolved one does not.
+    m.Textures[1].Name = std::string(28, 'b') + "1";
+    m.Textures[2].Name = std::string(28, 'B') + "2";
+    const std::vector<bool> both = {true, false, false};
+    found = CheckModel(m, &both);
+    ASSERT_EQ(found.size(), 3u);
+    EXPECT_EQ(found[2].Code, "texture-names-collide");
+    EXPECT_EQ(found[2].Texture, 2);
+    const std::vector<bool> one = {true, false, true};
+    EXPECT_EQ(CheckModel(m, &one).size(), 1u);
+    // Without game data nothing is said about names.
+    EXPECT_TRUE(CheckModel(m).empty());
+}
+
 }  // namespace
 }  // namespace mw
