@@ -38,7 +38,8 @@ const Bytes& BigTables() {
                        0, 0});
         }
         for (int i = 0; i < 1000; ++i) {
-            w.object(ObjectPage("Object " + std::to_string(i), {"obj" + std::to_string(i) + ".oof", "", ""}, 1));
+            w.object(ObjectPage("Object " + std::to_string(i),
+                                {"obj" + std::to_string(i) + ".oof", "", ""}, 1));
         }
         return w.bytes();
     }();

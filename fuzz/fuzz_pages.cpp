@@ -20,7 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const mw::TablePage made = mw::MakePage(page.Record);
         std::string again;
         const auto reread = mw::ReadGamPages(made.Bytes, again);
-        if (!reread || reread->Pages.size() != 1 || reread->Pages[0].ExtraBytes() != 0) std::abort();
+        if (!reread || reread->Pages.size() != 1 || reread->Pages[0].ExtraBytes() != 0)
+            std::abort();
         if (mw::EncodePage(reread->Pages[0].Record) != made.Bytes) std::abort();
         (void)mw::PageJson(made);
         mw::TablePage renamed = made;

@@ -144,7 +144,8 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
             err << file << ": " << error << "\n";
             return kExitRefused;
         }
-        const bool addOn = !EqualsIgnoringCase(std::filesystem::path(file).filename().string(), "table.gam");
+        const bool addOn =
+            !EqualsIgnoringCase(std::filesystem::path(file).filename().string(), "table.gam");
         return Report({}, CheckTable(*pages, addOn, gameTables), json, "table", out);
     }
 
@@ -158,7 +159,8 @@ int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::o
         LoadModelTextures(model, file, game, settings, MakeMissingTexture(1), uploader, loaded,
                           DecodePictureFile);
         resolved = FoundInGameData(loaded);
-        const std::string modelFile = Cp1252FromUtf8(std::filesystem::path(file).filename().string());
+        const std::string modelFile =
+            Cp1252FromUtf8(std::filesystem::path(file).filename().string());
         pageFindings = CheckModelPages(model, modelFile, gameTables, [&game](const std::string& m) {
             for (const HogModelEntry& e : game.Hog.Models) {
                 if (EqualsIgnoringCase(EntryName(e.Name), m)) return true;

@@ -3,8 +3,8 @@
 #include <ostream>
 
 #include "cli/cli.h"
-#include "gamedata/game_object.h"
 #include "gamedata/gam_json.h"
+#include "gamedata/game_object.h"
 #include "model/text_codec.h"
 
 namespace mw {
@@ -67,8 +67,8 @@ int GamSet(const std::vector<std::string>& args, std::ostream&, std::ostream& er
     TablePage page = file.Table.Pages[static_cast<std::size_t>(at)];
     for (std::size_t i = 4; i < args.size(); ++i) {
         const auto eq = args[i].find('=');
-        const std::string problem =
-            SetPageField(page, std::string_view(args[i]).substr(0, eq), std::string_view(args[i]).substr(eq + 1));
+        const std::string problem = SetPageField(page, std::string_view(args[i]).substr(0, eq),
+                                                 std::string_view(args[i]).substr(eq + 1));
         if (!problem.empty()) return Refuse(err, problem);
     }
     file.Table.Pages[static_cast<std::size_t>(at)] = std::move(page);
@@ -103,7 +103,8 @@ int GamAddObject(const std::vector<std::string>& args, std::ostream& out, std::o
     TableFile file;
     if (const int status = LoadTable(args[1], file, err)) return status;
     const auto newName = Cp1252FromUtf8Exact(name);
-    if (!newName) return Refuse(err, "\"" + name + "\" has a character the game's texts cannot hold.");
+    if (!newName)
+        return Refuse(err, "\"" + name + "\" has a character the game's texts cannot hold.");
     if (FindPage(file.Table, *newName) >= 0)
         return Refuse(err, "\"" + name + "\" is a page of " + args[1] + " already.");
     // The page to copy: from the table itself, else from the source named.

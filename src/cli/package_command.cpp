@@ -76,10 +76,9 @@ int PackageCommand(const std::vector<std::string>& args, std::ostream& out, std:
     const std::vector<NamedTable> tables = ReadGameTables(game.Hog, settings, skipped);
     for (const std::string& s : skipped)
         err << "Note: " << s << "\n";
-    const PackageResult result =
-        WritePackage(files[0], files[1], game, settings, folders,
-                     ArchiveTime(std::getenv("SOURCE_DATE_EPOCH")), wantsObject ? &object : nullptr,
-                     &tables);
+    const PackageResult result = WritePackage(files[0], files[1], game, settings, folders,
+                                              ArchiveTime(std::getenv("SOURCE_DATE_EPOCH")),
+                                              wantsObject ? &object : nullptr, &tables);
     for (const std::string& warning : result.Warnings)
         err << "Warning: " << warning << "\n";
     if (!result.Error.empty()) {

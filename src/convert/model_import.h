@@ -20,9 +20,9 @@ enum class ImportStatus { Done, Unreadable, NoMesh, BadScale };
 
 struct ImportResult {
     ImportStatus Status = ImportStatus::Done;
-    std::string Error;   // the reader's message when the file could not be read
-    ModelData Model;     // as after a load
-    bool Exact = false;  // rebuilt from our own extras
+    std::string Error;               // the reader's message when the file could not be read
+    ModelData Model;                 // as after a load
+    bool Exact = false;              // rebuilt from our own extras
     std::vector<std::string> Notes;  // what was changed on the way in, for people
 };
 

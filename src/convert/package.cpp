@@ -203,7 +203,8 @@ std::string ObjectPage(const PackageObject& object, const std::vector<NamedTable
     const std::string likeName = Cp1252FromUtf8(object.Like);
     for (std::size_t n = 0; tables != nullptr && n < tables->size(); ++n) {
         const GamTable& t = (*tables)[n].Table;
-        if (const int i = FindPage(t, likeName); i >= 0) like = &t.Pages[static_cast<std::size_t>(i)];
+        if (const int i = FindPage(t, likeName); i >= 0)
+            like = &t.Pages[static_cast<std::size_t>(i)];
     }
     if (like == nullptr) return "No page \"" + object.Like + "\" in the game data's tables.";
     const auto name = object.Replace ? std::optional<std::string>(like->Name())
@@ -214,7 +215,8 @@ std::string ObjectPage(const PackageObject& object, const std::vector<NamedTable
         (object.Medium.empty() || m == 2 ? names.Low : names.Medium) = models[m].Entry;
     if (std::string problem = CopyObjectPage(*like, *name, names, page); !problem.empty())
         return problem;
-    described = PageLabel(page) + (object.Replace ? " replacing the game's" : " like \"" + object.Like + "\"");
+    described = PageLabel(page) +
+                (object.Replace ? " replacing the game's" : " like \"" + object.Like + "\"");
     return {};
 }
 
@@ -250,8 +252,9 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
     // Every texture of the model and its detail models, once.
     for (const PackedModel& m : models) {
         for (PackageTexture& t : PlanPackageTextures(m.Model, game, settings, folders)) {
-            const bool seen = std::any_of(result.Textures.begin(), result.Textures.end(),
-                                          [&t](const PackageTexture& u) { return u.Name == t.Name; });
+            const bool seen =
+                std::any_of(result.Textures.begin(), result.Textures.end(),
+                            [&t](const PackageTexture& u) { return u.Name == t.Name; });
             if (!seen) result.Textures.push_back(std::move(t));
         }
     }
@@ -298,7 +301,8 @@ PackageResult WritePackage(const std::filesystem::path& modelPath,
         table.insert(table.end(), page.begin(), page.end());
         files.push_back({t.Entry, std::move(added->Bytes)});
     }
-    if (object != nullptr) table.insert(table.end(), objectPage.Bytes.begin(), objectPage.Bytes.end());
+    if (object != nullptr)
+        table.insert(table.end(), objectPage.Bytes.begin(), objectPage.Bytes.end());
     // The game loads the table of NAME.mn3 as NAME.gam.
     if (!table.empty()) files.push_back({*tableStem + ".gam", std::move(table)});
     for (const HogFile& f : files)

@@ -224,9 +224,9 @@ int SceneModelBuilder::TextureOf(int material) {
     if (kept.size() > kGameMaxTextureNameLength) {
         for (int n = 0; n < 100; ++n) {
             kept = name.substr(0, kCutNameStart) + "_" + (n < 10 ? "0" : "") + std::to_string(n);
-            const bool taken = std::any_of(m_.Textures.begin(), m_.Textures.end(), [&](const Texture& t) {
-                return t.Name.substr(0, kGameBitmapStemLength) == kept;
-            });
+            const bool taken = std::any_of(
+                m_.Textures.begin(), m_.Textures.end(),
+                [&](const Texture& t) { return t.Name.substr(0, kGameBitmapStemLength) == kept; });
             if (!taken) break;
         }
         Notes.push_back("The texture name \"" + Utf8From1252(name) + "\" is longer than the " +

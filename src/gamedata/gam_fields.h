@@ -56,11 +56,6 @@ void VisitFields(GenericRecord& r, FieldVisitor& v);
 void VisitFields(ShipRecord& r, FieldVisitor& v);
 void VisitFields(WeaponRecord& r, FieldVisitor& v);
 
-// Shared blocks.
-void VisitPhysics(PhysicsBlock& p, FieldVisitor& v);
-void VisitLighting(LightingBlock& l, FieldVisitor& v);
-void VisitBattery(BatteryBlock& b, FieldVisitor& v, bool wideFlags);
-
 // The names the game's editor gives the movement classes and animation states, as keys.
 extern const char* const kMovementClassKeys[kMovementClasses];
 extern const char* const kAnimStateKeys[kAnimStates];

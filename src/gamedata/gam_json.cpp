@@ -87,7 +87,8 @@ class SetField final : public FieldVisitor {
         if (auto text = Cp1252FromUtf8Exact(value_)) {
             v = *text;
         } else {
-            error_ = "\"" + value_ + "\" has a character the game's texts (Windows-1252) cannot hold.";
+            error_ =
+                "\"" + value_ + "\" has a character the game's texts (Windows-1252) cannot hold.";
         }
     }
     void Flag(std::string_view k, bool& v) override {
@@ -169,7 +170,7 @@ void NestGeneric(json& j) {
 
 // The path the field list uses for a path the JSON shows.
 std::string FieldPath(const TablePage& page, std::string_view path) {
-    if (!std::holds_alternative<GenericRecord>(page.Record)) return std::string(path);
+    if (!(RecordAs<GenericRecord>(page.Record) != nullptr)) return std::string(path);
     std::vector<std::string> parts;
     for (std::size_t at = 0;;) {
         const auto dot = path.find('.', at);
@@ -198,34 +199,32 @@ json PageJson(const TablePage& page) {
     }
     PageRecord copy = page.Record;
     ToJson out(j);
-    std::visit(
-        [&](auto& r) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                j["version"] = r.Version;
-                VisitFields(r, out);
-            }
-        },
-        copy);
-    if (std::holds_alternative<GenericRecord>(page.Record)) NestGeneric(j);
+    VisitRecord(copy, [&](auto& r) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            j["version"] = r.Version;
+            VisitFields(r, out);
+        }
+    });
+    if ((RecordAs<GenericRecord>(page.Record) != nullptr)) NestGeneric(j);
     return j;
 }
 
 std::string SetPageField(TablePage& page, std::string_view path, std::string_view value) {
     if (std::holds_alternative<std::monostate>(page.Record))
-        return std::string("A ") + PageKindName(page.Type) + " page is kept as its bytes; its fields cannot be set.";
+        return std::string("A ") + PageKindName(page.Type) +
+               " page is kept as its bytes; its fields cannot be set.";
     if (path == "version" || path == "kind")
-        return "The " + std::string(path) + " is not a field to set; an edited page is written in the current version.";
+        return "The " + std::string(path) +
+               " is not a field to set; an edited page is written in the current version.";
     // The page as the current version has it, so that fields an older one lacked can be set.
     PageRecord record = page.Record;
     UpgradeRecord(record);
     SetField setter(FieldPath(page, path), value);
-    std::visit(
-        [&](auto& r) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                VisitFields(r, setter);
-            }
-        },
-        record);
+    VisitRecord(record, [&](auto& r) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            VisitFields(r, setter);
+        }
+    });
     if (!setter.found()) return "The page has no field \"" + std::string(path) + "\".";
     if (!setter.error().empty()) return setter.error();
     page = MakePage(std::move(record));

@@ -5,7 +5,10 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -240,7 +243,79 @@ struct WeaponRecord {
 inline constexpr std::uint32_t kWeaponImageBitmap = 1u << 1;
 inline constexpr std::uint32_t kWeaponImageVclip = 1u << 5;
 
+// A record kept on the heap with the semantics of a value: a generic or ship page holds
+// thousands of texts, and a table of thousands of pages would otherwise give every page the
+// room of the largest record.
+template <typename T>
+class Boxed {
+  public:
+    Boxed() : p_(std::make_unique<T>()) {}
+    Boxed(T value) : p_(std::make_unique<T>(std::move(value))) {}  // NOLINT: a value
+    Boxed(const Boxed& other) : p_(std::make_unique<T>(*other.p_)) {}
+    Boxed(Boxed&&) noexcept = default;
+    Boxed& operator=(const Boxed& other) {
+        if (this != &other) p_ = std::make_unique<T>(*other.p_);
+        return *this;
+    }
+    Boxed& operator=(Boxed&&) noexcept = default;
+    T& operator*() { return *p_; }
+    const T& operator*() const { return *p_; }
+    T* get() { return p_.get(); }
+    const T* get() const { return p_.get(); }
+
+  private:
+    std::unique_ptr<T> p_;
+};
+
 using PageRecord = std::variant<std::monostate, TextureRecord, SoundRecord, DoorRecord,
-                                GenericRecord, ShipRecord, WeaponRecord>;
+                                Boxed<GenericRecord>, Boxed<ShipRecord>, WeaponRecord>;
+
+namespace detail {
+template <typename R>
+struct Unboxed {
+    using type = R;
+};
+template <typename R>
+struct Unboxed<Boxed<R>> {
+    using type = R;
+};
+template <typename R>
+constexpr bool kBoxed = std::is_same_v<R, GenericRecord> || std::is_same_v<R, ShipRecord>;
+}  // namespace detail
+
+// The record as that kind, or nullptr.
+template <typename R>
+R* RecordAs(PageRecord& record) {
+    if constexpr (detail::kBoxed<R>) {
+        auto* boxed = std::get_if<Boxed<R>>(&record);
+        return boxed != nullptr ? boxed->get() : nullptr;
+    } else {
+        return std::get_if<R>(&record);
+    }
+}
+template <typename R>
+const R* RecordAs(const PageRecord& record) {
+    return RecordAs<R>(const_cast<PageRecord&>(record));
+}
+
+// Calls fn with the record itself (or std::monostate).
+template <typename Fn>
+decltype(auto) VisitRecord(PageRecord& record, Fn&& fn) {
+    return std::visit(
+        [&](auto& r) -> decltype(auto) {
+            using R = std::decay_t<decltype(r)>;
+            if constexpr (std::is_same_v<R, typename detail::Unboxed<R>::type>) {
+                return fn(r);
+            } else {
+                return fn(*r);
+            }
+        },
+        record);
+}
+template <typename Fn>
+decltype(auto) VisitRecord(const PageRecord& record, Fn&& fn) {
+    return VisitRecord(const_cast<PageRecord&>(record),
+                       [&](auto& r) -> decltype(auto) { return fn(std::as_const(r)); });
+}
 
 }  // namespace mw

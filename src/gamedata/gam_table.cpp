@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "gamedata/file_names.h"
-#include "gamedata/gam_fields.h"
+#include "gamedata/gam_field_lists.h"
 #include "model/byte_cursor.h"
 
 namespace mw {
@@ -21,10 +21,10 @@ class BytesIn final : public FieldVisitor {
     void BeginItem(int) override {}
     void EndItem() override {}
     void Byte(std::string_view, std::uint8_t& v) override { v = r_.u8(); }
-    void Short(std::string_view, std::int16_t& v, bool wide) override {
+    void Short(std::string_view, std::int16_t& v, bool wide = true) override {
         v = wide ? static_cast<std::int16_t>(r_.u16()) : r_.u8();
     }
-    void UShort(std::string_view, std::uint16_t& v, bool wide) override {
+    void UShort(std::string_view, std::uint16_t& v, bool wide = true) override {
         v = wide ? r_.u16() : r_.u8();
     }
     void Int(std::string_view, std::int32_t& v) override { v = r_.i32(); }
@@ -32,16 +32,8 @@ class BytesIn final : public FieldVisitor {
     void Float(std::string_view, float& v) override { v = r_.f32(); }
     void Flag(std::string_view, bool& v) override { v = r_.u8() != 0; }
     void Text(std::string_view key, std::string& v) override {
-        if (!r_.ok()) return;
-        const std::size_t start = r_.pos();
-        const auto rest = r_.take(r_.remaining());
-        const auto nul = std::find(rest.begin(), rest.end(), std::uint8_t{0});
-        if (nul == rest.end()) {
+        if (r_.ok() && !r_.nulText(v))
             Refuse("the text \"" + std::string(key) + "\" has no end within its page");
-            return;
-        }
-        v.assign(rest.begin(), nul);
-        r_.seek(start + v.size() + 1);
     }
     bool Count(std::string_view key, std::size_t& count, std::size_t most,
                std::size_t itemBytes) override {
@@ -84,14 +76,14 @@ class BytesOut final : public FieldVisitor {
     void BeginItem(int) override {}
     void EndItem() override {}
     void Byte(std::string_view, std::uint8_t& v) override { w_.u8(v); }
-    void Short(std::string_view, std::int16_t& v, bool wide) override {
+    void Short(std::string_view, std::int16_t& v, bool wide = true) override {
         if (wide) {
             w_.u16(static_cast<std::uint16_t>(v));
         } else {
             w_.u8(static_cast<std::uint8_t>(v));
         }
     }
-    void UShort(std::string_view, std::uint16_t& v, bool wide) override {
+    void UShort(std::string_view, std::uint16_t& v, bool wide = true) override {
         if (wide) {
             w_.u16(v);
         } else {
@@ -121,11 +113,16 @@ struct KindInfo {
     const char* Name;
     std::int16_t Current;
 };
-constexpr KindInfo kKinds[] = {{1, "texture", kTexturePageCurrent}, {2, "weapon", kWeaponPageCurrent},
-                               {3, "robot", 0},       {4, "powerup", 0},
-                               {5, "door", kDoorPageCurrent},       {6, "ship", kShipPageCurrent},
-                               {7, "sound", kSoundPageCurrent},     {8, "megacell", 0},
-                               {9, "gamefile", 0},    {10, "generic", kGenericPageCurrent}};
+constexpr KindInfo kKinds[] = {{1, "texture", kTexturePageCurrent},
+                               {2, "weapon", kWeaponPageCurrent},
+                               {3, "robot", 0},
+                               {4, "powerup", 0},
+                               {5, "door", kDoorPageCurrent},
+                               {6, "ship", kShipPageCurrent},
+                               {7, "sound", kSoundPageCurrent},
+                               {8, "megacell", 0},
+                               {9, "gamefile", 0},
+                               {10, "generic", kGenericPageCurrent}};
 
 const KindInfo* Kind(std::uint8_t type) {
     for (const KindInfo& k : kKinds) {
@@ -134,22 +131,29 @@ const KindInfo* Kind(std::uint8_t type) {
     return nullptr;
 }
 
-PageRecord EmptyRecord(std::uint8_t type) {
+// The empty record of a page type, made where it stays.
+void SetEmptyRecord(std::uint8_t type, PageRecord& record) {
     switch (type) {
         case 1:
-            return TextureRecord{};
+            record.emplace<TextureRecord>();
+            break;
         case 2:
-            return WeaponRecord{};
+            record.emplace<WeaponRecord>();
+            break;
         case 5:
-            return DoorRecord{};
+            record.emplace<DoorRecord>();
+            break;
         case 6:
-            return ShipRecord{};
+            record.emplace<Boxed<ShipRecord>>();
+            break;
         case 7:
-            return SoundRecord{};
+            record.emplace<SoundRecord>();
+            break;
         case 10:
-            return GenericRecord{};
+            record.emplace<Boxed<GenericRecord>>();
+            break;
         default:
-            return std::monostate{};
+            record.emplace<std::monostate>();
     }
 }
 
@@ -158,10 +162,15 @@ std::int16_t& VersionOf(R& r) {
     return r.Version;
 }
 
+std::string Where(std::size_t index, std::uint8_t type, std::size_t at) {
+    return "Page " + std::to_string(index + 1) + " (" + PageKindName(type) + ", at byte " +
+           std::to_string(at) + ")";
+}
+
 // Decodes a page body into `record`; an empty string when it read.
 std::string DecodeBody(std::span<const std::uint8_t> body, std::uint8_t type, PageRecord& record,
                        std::size_t& used) {
-    record = EmptyRecord(type);
+    SetEmptyRecord(type, record);
     if (std::holds_alternative<std::monostate>(record)) {
         used = body.size();
         return {};
@@ -174,14 +183,12 @@ std::string DecodeBody(std::span<const std::uint8_t> body, std::uint8_t type, Pa
         return "its version " + std::to_string(version) + " is not one the game reads (1 to " +
                std::to_string(current) + ")";
     }
-    std::visit(
-        [&](auto& r) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                VersionOf(r) = version;
-                VisitFields(r, in);
-            }
-        },
-        record);
+    VisitRecord(record, [&](auto& r) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            VersionOf(r) = version;
+            VisitFieldsOf(r, in);
+        }
+    });
     if (!in.error().empty()) return in.error();
     if (!in.reader().ok()) return "its fields run past its length";
     used = in.reader().pos();
@@ -209,11 +216,11 @@ void Upgrade(GenericRecord& g) {
             std::int16_t Count;
         };
         static constexpr Ammo kDefaults[] = {
-            {"Vauss", 5000},     {"Napalm", 500},       {"MassDriver", 20},      {"Frag", 1},
-            {"ImpactMortar", 1}, {"NapalmRocket", 1},   {"Cyclone", 1},          {"BlackShark", 1},
-            {"Concussion", 1},   {"Homing", 1},         {"Smart", 1},            {"Mega", 1},
-            {"Guided", 1},       {"4PackHoming", 4},    {"4PackConc", 4},        {"4PackFrag", 4},
-            {"4PackGuided", 4},  {"Vauss clip", 1250},  {"MassDriverAmmo", 5},   {"NapalmTank", 100}};
+            {"Vauss", 5000},     {"Napalm", 500},      {"MassDriver", 20},    {"Frag", 1},
+            {"ImpactMortar", 1}, {"NapalmRocket", 1},  {"Cyclone", 1},        {"BlackShark", 1},
+            {"Concussion", 1},   {"Homing", 1},        {"Smart", 1},          {"Mega", 1},
+            {"Guided", 1},       {"4PackHoming", 4},   {"4PackConc", 4},      {"4PackFrag", 4},
+            {"4PackGuided", 4},  {"Vauss clip", 1250}, {"MassDriverAmmo", 5}, {"NapalmTank", 100}};
         g.Ammo = 0;
         for (const Ammo& a : kDefaults) {
             if (EqualsIgnoringCase(g.Name, a.Name)) g.Ammo = a.Count;
@@ -247,15 +254,13 @@ void Upgrade(R&) {}
 
 const std::string& TablePage::Name() const {
     static const std::string kNone;
-    return std::visit(
-        [](const auto& r) -> const std::string& {
-            if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                return kNone;
-            } else {
-                return r.Name;
-            }
-        },
-        Record);
+    return VisitRecord(Record, [](const auto& r) -> const std::string& {
+        if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            return kNone;
+        } else {
+            return r.Name;
+        }
+    });
 }
 
 std::size_t TablePage::ExtraBytes() const {
@@ -265,28 +270,37 @@ std::size_t TablePage::ExtraBytes() const {
 
 std::optional<GamTable> ReadGamPages(std::span<const std::uint8_t> bytes, std::string& error) {
     GamTable table;
+    // The pages are counted first, so that no page record (a generic page holds thousands of
+    // texts) moves while the list grows.
+    std::size_t count = 0;
+    for (std::size_t at = 0; at + 5 <= bytes.size(); ++count) {
+        const std::int32_t length =
+            static_cast<std::int32_t>(bytes[at + 1] | bytes[at + 2] << 8 | bytes[at + 3] << 16 |
+                                      static_cast<std::uint32_t>(bytes[at + 4]) << 24);
+        if (length < 4) break;
+        at += 1 + static_cast<std::size_t>(length);
+    }
+    table.Pages.reserve(count + 1);
     std::size_t at = 0;
     while (at < bytes.size()) {
         ByteReader r(bytes);
         r.seek(at);
         const std::uint8_t type = r.u8();
         const std::int32_t length = r.i32();
-        const std::string where = "Page " + std::to_string(table.Pages.size() + 1) + " (" +
-                                  PageKindName(type) + ", at byte " + std::to_string(at) + ")";
         if (!r.ok() || length < 4 || static_cast<std::size_t>(length) > bytes.size() - at - 1) {
-            error = where + ": its length runs past the end of the table.";
+            error = Where(table.Pages.size(), type, at) +
+                    ": its length runs past the end of the table.";
             return std::nullopt;
         }
         const auto page = bytes.subspan(at, 1 + static_cast<std::size_t>(length));
-        TablePage p;
+        TablePage& p = table.Pages.emplace_back();
         p.Type = type;
         if (std::string problem = DecodeBody(page.subspan(5), type, p.Record, p.FieldBytes);
             !problem.empty()) {
-            error = where + ": " + problem + ".";
+            error = Where(table.Pages.size() - 1, type, at) + ": " + problem + ".";
             return std::nullopt;
         }
         p.Bytes.assign(page.begin(), page.end());
-        table.Pages.push_back(std::move(p));
         at += page.size();
     }
     return table;
@@ -294,33 +308,30 @@ std::optional<GamTable> ReadGamPages(std::span<const std::uint8_t> bytes, std::s
 
 std::vector<std::uint8_t> EncodePage(const PageRecord& record) {
     ByteWriter w;
+    w.reserve(RecordAs<GenericRecord>(record) || RecordAs<ShipRecord>(record) ? 8192 : 256);
     const std::uint8_t type = PageTypeOf(record);
     w.u8(type);
     w.i32(0);
     PageRecord copy = record;
     BytesOut out(w);
-    std::visit(
-        [&](auto& r) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                r.Version = Kind(type)->Current;
-                w.u16(static_cast<std::uint16_t>(r.Version));
-                VisitFields(r, out);
-            }
-        },
-        copy);
+    VisitRecord(copy, [&](auto& r) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            r.Version = Kind(type)->Current;
+            w.u16(static_cast<std::uint16_t>(r.Version));
+            VisitFieldsOf(r, out);
+        }
+    });
     w.patchI32(1, static_cast<std::int32_t>(w.size() - 1));
     return w.release();
 }
 
 void UpgradeRecord(PageRecord& record) {
-    std::visit(
-        [&](auto& r) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                Upgrade(r);
-                r.Version = Kind(PageTypeOf(record))->Current;
-            }
-        },
-        record);
+    VisitRecord(record, [&](auto& r) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            Upgrade(r);
+            r.Version = Kind(PageTypeOf(record))->Current;
+        }
+    });
 }
 
 TablePage MakePage(PageRecord record) {

@@ -41,17 +41,17 @@ std::string CopyObjectPage(const TablePage& like, const std::string& name,
     }
     if (models.Model.empty()) return "The new object needs a model.";
     PageRecord record = like.Record;
-    if (auto* g = std::get_if<GenericRecord>(&record)) {
+    if (auto* g = RecordAs<GenericRecord>(record)) {
         g->Name = name;
         g->Model = models.Model;
         g->MediumModel = models.Medium;
         g->LowModel = models.Low;
-    } else if (auto* s = std::get_if<ShipRecord>(&record)) {
+    } else if (auto* s = RecordAs<ShipRecord>(record)) {
         s->Name = name;
         s->Model = models.Model;
         s->MediumModel = models.Medium;
         s->LowModel = models.Low;
-    } else if (auto* w = std::get_if<WeaponRecord>(&record)) {
+    } else if (auto* w = RecordAs<WeaponRecord>(record)) {
         if (w->Flags & (kWeaponImageBitmap | kWeaponImageVclip))
             return "\"" + Utf8From1252(w->Name) + "\" fires a bitmap, not a model.";
         w->Name = name;
@@ -69,18 +69,18 @@ std::vector<std::string> PageModels(const TablePage& page) {
     auto add = [&names](const std::string& n) {
         if (!n.empty()) names.push_back(n);
     };
-    if (const auto* g = std::get_if<GenericRecord>(&page.Record)) {
+    if (const auto* g = RecordAs<GenericRecord>(page.Record)) {
         add(g->Model);
         add(g->MediumModel);
         add(g->LowModel);
-    } else if (const auto* s = std::get_if<ShipRecord>(&page.Record)) {
+    } else if (const auto* s = RecordAs<ShipRecord>(page.Record)) {
         add(s->Model);
         add(s->DyingModel);
         add(s->MediumModel);
         add(s->LowModel);
-    } else if (const auto* w = std::get_if<WeaponRecord>(&page.Record)) {
+    } else if (const auto* w = RecordAs<WeaponRecord>(page.Record)) {
         if (!(w->Flags & (kWeaponImageBitmap | kWeaponImageVclip))) add(w->FireImage);
-    } else if (const auto* d = std::get_if<DoorRecord>(&page.Record)) {
+    } else if (const auto* d = RecordAs<DoorRecord>(page.Record)) {
         add(d->Model);
     }
     return names;

@@ -9,7 +9,7 @@
 namespace mw {
 
 struct ObjectModels {
-    std::string Model;  // the main model (for a weapon: its fire image)
+    std::string Model;   // the main model (for a weapon: its fire image)
     std::string Medium;  // detail models; empty keeps none
     std::string Low;
 };

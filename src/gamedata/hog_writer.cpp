@@ -113,8 +113,9 @@ int FirstOutOfOrder(const std::vector<std::string>& names) {
 }
 
 std::vector<std::uint8_t> BuildHOG(std::vector<HogFile> files, std::uint32_t time) {
-    std::stable_sort(files.begin(), files.end(),
-                     [](const HogFile& a, const HogFile& b) { return HogNameLess(a.Name, b.Name); });
+    std::stable_sort(files.begin(), files.end(), [](const HogFile& a, const HogFile& b) {
+        return HogNameLess(a.Name, b.Name);
+    });
     std::size_t total = kHeaderSize + kEntrySize * files.size();
     for (const HogFile& f : files)
         total += f.Data.size();

@@ -33,7 +33,8 @@ class ModelPageCheck {
     void Animation(const GenericRecord& g, const std::string& where) {
         for (int c = 0; c < kMovementClasses; ++c) {
             for (int a = 0; a < kAnimStates; ++a) {
-                const AnimRange& r = g.Animation[static_cast<std::size_t>(c)][static_cast<std::size_t>(a)];
+                const AnimRange& r =
+                    g.Animation[static_cast<std::size_t>(c)][static_cast<std::size_t>(a)];
                 if (r.From == 0 && r.To == 0) continue;
                 if (r.From < m_.FrameMin || r.To > m_.FrameMax || r.From > r.To) {
                     Add(Severity::Error, "animation-range", where,
@@ -75,8 +76,8 @@ class ModelPageCheck {
                 }
             }
         }
-        if (b.AimingFlags != 0 && (b.AimingGunPoint < 0 ||
-                                   b.AimingGunPoint >= static_cast<int>(m_.GunPoints.size()))) {
+        if (b.AimingFlags != 0 &&
+            (b.AimingGunPoint < 0 || b.AimingGunPoint >= static_cast<int>(m_.GunPoints.size()))) {
             Add(Severity::Error, "battery-mask-gunpoint", where,
                 battery + " aims with gun point " + std::to_string(b.AimingGunPoint) +
                     "; the model has " + std::to_string(m_.GunPoints.size()) + " gun points.");
@@ -85,7 +86,8 @@ class ModelPageCheck {
             for (const std::string& w : weapons) {
                 if (!w.empty() && !known_.Weapons.contains(AsciiLower(w))) {
                     Add(Severity::Warning, "weapon-undefined", where,
-                        battery + " fires \"" + Utf8From1252(w) + "\", which no weapon page defines.");
+                        battery + " fires \"" + Utf8From1252(w) +
+                            "\", which no weapon page defines.");
                 }
             }
         }
@@ -125,7 +127,7 @@ std::vector<TableFinding> CheckModelPages(const ModelData& model, const std::str
                                    "\" the page names is in no archive of the game data."});
             }
         }
-        if (const auto* g = std::get_if<GenericRecord>(&page.Record)) {
+        if (const auto* g = RecordAs<GenericRecord>(page.Record)) {
             check.Animation(*g, where);
             for (int b = 0; b < kPageBatteries; ++b) {
                 check.Battery(g->Batteries[static_cast<std::size_t>(b)],
@@ -141,7 +143,7 @@ std::vector<TableFinding> CheckModelPages(const ModelData& model, const std::str
                 for (const std::string& s : perClass)
                     check.Sound(s, where);
             }
-        } else if (const auto* s = std::get_if<ShipRecord>(&page.Record)) {
+        } else if (const auto* s = RecordAs<ShipRecord>(page.Record)) {
             for (int b = 0; b < kPageBatteries; ++b) {
                 const ShipWeapon& w = s->Weapons[static_cast<std::size_t>(b)];
                 check.Battery(w.Battery, w.Weapons, b, where);

@@ -54,13 +54,11 @@ class Texts final : public FieldVisitor {
 std::vector<std::pair<std::string, std::string>> TextFields(const TablePage& page) {
     Texts texts;
     PageRecord copy = page.Record;
-    std::visit(
-        [&](auto& r) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                VisitFields(r, texts);
-            }
-        },
-        copy);
+    VisitRecord(copy, [&](auto& r) {
+        if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            VisitFields(r, texts);
+        }
+    });
     return std::move(texts.Found);
 }
 
@@ -72,7 +70,7 @@ void Add(std::vector<TableFinding>& out, Severity level, std::string code, std::
 bool IsGamePowerup(const std::vector<NamedTable>& game, const std::string& name) {
     for (const NamedTable& t : game) {
         for (const TablePage& p : t.Table.Pages) {
-            const auto* g = std::get_if<GenericRecord>(&p.Record);
+            const auto* g = RecordAs<GenericRecord>(p.Record);
             if (g != nullptr && g->Type == kObjectPowerup && EqualsIgnoringCase(g->Name, name))
                 return true;
         }
@@ -83,8 +81,9 @@ bool IsGamePowerup(const std::vector<NamedTable>& game, const std::string& name)
 void CheckTexts(const TablePage& page, const std::string& where, std::vector<TableFinding>& out) {
     for (const auto& [field, text] : TextFields(page)) {
         const bool module = field == "module";
-        const std::size_t most = module ? kModuleName : field == "description" ? kDescription
-                                                                               : kPageString;
+        const std::size_t most = module                   ? kModuleName
+                                 : field == "description" ? kDescription
+                                                          : kPageString;
         if (text.size() > most) {
             Add(out, Severity::Error, "page-string-too-long", where,
                 "The " + field + " \"" + Utf8From1252(text) + "\" is longer than the " +
@@ -102,7 +101,8 @@ void CheckTexts(const TablePage& page, const std::string& where, std::vector<Tab
 
 void CheckModels(const TablePage& page, const std::string& where, std::vector<TableFinding>& out) {
     for (const std::string& model : PageModels(page)) {
-        const bool oof = model.size() > 4 && EqualsIgnoringCase(model.substr(model.size() - 4), ".oof");
+        const bool oof =
+            model.size() > 4 && EqualsIgnoringCase(model.substr(model.size() - 4), ".oof");
         // A stem over the 30 characters the game keeps makes the name longer than a page
         // string too, which the text check reports.
         if (!oof) {
@@ -162,7 +162,7 @@ std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
                         " has this name too; the game stops with \"Redundant addon page\".");
             }
         }
-        if (const auto* g = std::get_if<GenericRecord>(&page.Record)) {
+        if (const auto* g = RecordAs<GenericRecord>(page.Record)) {
             if (!g->Script.empty() || !g->Module.empty() || !g->ScriptOverride.empty()) {
                 Add(out, Severity::Warning, "page-script", where,
                     "The page names a script or module; the open-source game no longer runs "
@@ -175,7 +175,7 @@ std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
                     "the game chooses what a pickup does by its name.");
             }
         }
-        if (const auto* d = std::get_if<DoorRecord>(&page.Record); d && !d->Module.empty()) {
+        if (const auto* d = RecordAs<DoorRecord>(page.Record); d && !d->Module.empty()) {
             Add(out, Severity::Warning, "page-script", where,
                 "The door names a module; the open-source game no longer runs scripts from "
                 "missions.");
@@ -197,7 +197,8 @@ std::vector<TableFinding> CheckArchive(const std::filesystem::path& path,
     for (const HogDirectoryEntry& e : entries)
         names.push_back(e.Name);
     if (const int at = FirstOutOfOrder(names); at >= 0) {
-        Add(out, Severity::Error, "archive-order", Utf8From1252(names[static_cast<std::size_t>(at)]),
+        Add(out, Severity::Error, "archive-order",
+            Utf8From1252(names[static_cast<std::size_t>(at)]),
             "The directory is not in the game's order (ASCII letters without regard to case): \"" +
                 Utf8From1252(names[static_cast<std::size_t>(at)]) + "\" stands after \"" +
                 Utf8From1252(names[static_cast<std::size_t>(at) - 1]) +
@@ -223,8 +224,8 @@ std::vector<TableFinding> CheckArchive(const std::filesystem::path& path,
             }
             std::string error;
             if (auto table = ReadGamPages(data, error)) {
-                for (TableFinding& f : CheckTable(*table, !EqualsIgnoringCase(e.Name, "table.gam"),
-                                                  gamePages)) {
+                for (TableFinding& f :
+                     CheckTable(*table, !EqualsIgnoringCase(e.Name, "table.gam"), gamePages)) {
                     f.Where = where + ": " + f.Where;
                     out.push_back(std::move(f));
                 }
@@ -246,7 +247,8 @@ std::vector<TableFinding> CheckArchive(const std::filesystem::path& path,
             } else if (!ogf.Image.GameReadsHeader) {
                 Add(out, Severity::Error, "image-header", where,
                     "The image's header has a name and mip count, which the game does not read "
-                    "for type " + std::to_string(ogf.Image.Type) + "; it reads the pixels wrong.");
+                    "for type " +
+                        std::to_string(ogf.Image.Type) + "; it reads the pixels wrong.");
             }
         }
     }

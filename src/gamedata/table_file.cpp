@@ -44,7 +44,8 @@ TableLoad LoadTableFile(const std::filesystem::path& path, TableFile& file, std:
             message = "No GAM table in " + path.string() + ".";
             return TableLoad::NoTable;
         }
-        if (found->Offset > file.Bytes.size() || found->Length > file.Bytes.size() - found->Offset) {
+        if (found->Offset > file.Bytes.size() ||
+            found->Length > file.Bytes.size() - found->Offset) {
             message = path.string() + ": the table runs past the end of the archive.";
             return TableLoad::Damaged;
         }
@@ -54,7 +55,8 @@ TableLoad LoadTableFile(const std::filesystem::path& path, TableFile& file, std:
     std::string error;
     auto read = ReadGamPages(table, error);
     if (!read) {
-        message = path.string() + (file.InArchive ? ":" + Utf8From1252(file.Entry) : "") + ": " + error;
+        message =
+            path.string() + (file.InArchive ? ":" + Utf8From1252(file.Entry) : "") + ": " + error;
         return TableLoad::Damaged;
     }
     file.Table = std::move(*read);

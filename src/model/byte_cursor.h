@@ -92,6 +92,22 @@ class ByteReader {
         pos_ += 4 * n;
         return true;
     }
+    // A text that ends at the next NUL, which the reader steps over; false (and the reader
+    // failed) when no NUL comes before the end.
+    bool nulText(std::string& out) {
+        if (!ok_) return false;
+        const auto* start = bytes_.data() + pos_;
+        const auto* nul =
+            static_cast<const std::uint8_t*>(std::memchr(start, 0, bytes_.size() - pos_));
+        if (nul == nullptr) return ok_ = false;
+        if (nul == start) {
+            out.clear();  // most texts of a table's pages are empty
+        } else {
+            out.assign(reinterpret_cast<const char*>(start), static_cast<std::size_t>(nul - start));
+        }
+        pos_ += out.size() + 1;
+        return true;
+    }
     std::string text(std::size_t n) {
         auto s = take(n);
         return std::string(s.begin(), s.end());

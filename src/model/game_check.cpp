@@ -251,11 +251,11 @@ class Checker {
                     name.size() >= kGameBitmapStemLength &&
                     LowerCase1252(earlier.substr(0, kGameBitmapStemLength)) ==
                         LowerCase1252(name.substr(0, kGameBitmapStemLength))) {
-                    Finding& c = Add(Severity::Error, "texture-names-collide",
-                                     "Textures '" + Utf8From1252(earlier) + "' and '" +
-                                         Utf8From1252(name) + "' agree in the first " +
-                                         std::to_string(kGameBitmapStemLength) +
-                                         " characters, all the game keeps of an image's name.");
+                    Finding& c =
+                        Add(Severity::Error, "texture-names-collide",
+                            "Textures '" + Utf8From1252(earlier) + "' and '" + Utf8From1252(name) +
+                                "' agree in the first " + std::to_string(kGameBitmapStemLength) +
+                                " characters, all the game keeps of an image's name.");
                     c.Texture = static_cast<int>(t);
                 }
             }

@@ -114,7 +114,8 @@ TEST_F(CliGamTest, AddObjectCopiesAPageUnderANewNameWithNewModels) {
     EXPECT_EQ(Page(P("out2.gam"), "Cutter")["hit_points"], 100);
     // Refusals: a name taken, a model the game cannot load, a page without a model.
     for (const std::vector<std::string>& bad :
-         {std::vector<std::string>{"--like", "GuideBotRed", "--name", "Black Pyro", "--model", "b.oof"},
+         {std::vector<std::string>{"--like", "GuideBotRed", "--name", "Black Pyro", "--model",
+                                   "b.oof"},
           {"--like", "GuideBotRed", "--name", "Blue", "--model", "blue.pof"},
           {"--like", "Hull", "--name", "Blue", "--model", "blue.oof"},
           {"--like", "Nothing", "--name", "Blue", "--model", "blue.oof"}}) {
@@ -126,7 +127,8 @@ TEST_F(CliGamTest, AddObjectCopiesAPageUnderANewNameWithNewModels) {
 }
 
 TEST_F(CliGamTest, RemoveAndMerge) {
-    ASSERT_EQ(Cli({"gam", "remove", P("extra.gam"), P("less.gam"), "greenflare", "Hull"}).status, 0);
+    ASSERT_EQ(Cli({"gam", "remove", P("extra.gam"), P("less.gam"), "greenflare", "Hull"}).status,
+              0);
     const Json less = Json::parse(Cli({"gam", "dump", P("less.gam"), "--json"}).out);
     ASSERT_EQ(less["pages"].size(), 2u);
     EXPECT_EQ(less["pages"][1]["name"], "Black Pyro");
@@ -166,10 +168,10 @@ TEST_F(CliGamTest, PackageMakesTheModelAGameObject) {
     ASSERT_EQ(files.size(), 3u);  // both models and the table
     EXPECT_EQ(files[2].Name, "mission.gam");
 
-    ASSERT_EQ(Cli({"package", P("cutter.oof"), P("swap.mn3"), "--replace", "sample ship",
-                   "--d3hog", hog})
-                  .status,
-              0);
+    ASSERT_EQ(
+        Cli({"package", P("cutter.oof"), P("swap.mn3"), "--replace", "sample ship", "--d3hog", hog})
+            .status,
+        0);
     EXPECT_EQ(Page(P("swap.mn3"), "Sample Ship")["model"], "cutter.oof");
     EXPECT_EQ(Cli({"package", P("cutter.oof"), P("no.mn3"), "--replace", "Nobody", "--d3hog", hog})
                   .status,

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
 #include <QImage>
+#include <nlohmann/json.hpp>
 
 #include <fstream>
 #include <sstream>

@@ -208,7 +208,8 @@ TEST_F(CliTest, RefusedOperationsWriteNothing) {
 }
 
 TEST_F(CliTest, DeletingTheSamplesAttachPointTakesItsNormal) {
-    ASSERT_EQ(Cli({"edit", Path("ship.oof"), Path("out.oof"), "--delete-point", "ATCH:0"}).status, 0);
+    ASSERT_EQ(Cli({"edit", Path("ship.oof"), Path("out.oof"), "--delete-point", "ATCH:0"}).status,
+              0);
     const ModelData m = Load("out.oof");
     EXPECT_TRUE(m.AttachPoints.empty());
     EXPECT_TRUE(m.AttachNormals.empty());  // no normal left without its point

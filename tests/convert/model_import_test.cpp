@@ -8,8 +8,8 @@
 #include "cli/cli.h"
 #include "convert/model_import.h"
 
-#include "model/game_check.h"
 #include "model/file_io.h"
+#include "model/game_check.h"
 #include "model/geometry.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"

@@ -140,10 +140,10 @@ TEST_F(PackageTest, AnAnimationPlaysAtItsOwnFrameTimeAndSizeFlagsTakeTheLargerSi
                                  EncodeOAF(frames, {OgfFormat::Auto, -1, "copied_tex.oaf"}, 0.2f)),
               "");
     std::filesystem::remove(dir_ / "paint/copied_tex.ogf");
-    ASSERT_EQ(WritePackage(dir_ / "Cutter.oof", dir_ / "anim.mn3", game_, settings_,
-                           {dir_ / "paint"}, 0)
-                  .Error,
-              "");
+    ASSERT_EQ(
+        WritePackage(dir_ / "Cutter.oof", dir_ / "anim.mn3", game_, settings_, {dir_ / "paint"}, 0)
+            .Error,
+        "");
     const test::EngineTable table = PackageTable(dir_ / "anim.mn3", "anim.gam");
     ASSERT_EQ(table.Error, "");
     ASSERT_EQ(table.Pages.size(), 2u);

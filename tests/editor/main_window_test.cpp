@@ -342,7 +342,8 @@ TEST_F(EditorTest, ImportedModelShowsThePictureBesideIt) {
         std::ofstream(dir / "crate.mtl") << "newmtl wood\nmap_Kd crate_side.png\n";
         std::ofstream(dir / "crate.obj")
             << "mtllib crate.mtl\no Crate\n"
-               "v -1 -1 -1\nv 1 -1 -1\nv 1 1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
+               "v -1 -1 -1\nv 1 -1 -1\nv 1 1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 "
+               "1\n"
                "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nusemtl wood\n"
                "f 5/1 6/2 7/3 8/4\nf 2/1 1/2 4/3 3/4\nf 1/1 5/2 8/3 4/4\nf 6/1 2/2 3/3 7/4\n"
                "f 8/1 7/2 3/3 4/4\nf 1/1 2/2 6/3 5/4\n";
@@ -354,8 +355,8 @@ TEST_F(EditorTest, ImportedModelShowsThePictureBesideIt) {
     ASSERT_TRUE(picture.save(QString::fromStdString((dir / "crate_side.png").string())));
 
     window_->resize(900, 700);
-    ASSERT_TRUE(Part<FileCommands>().ImportModelFrom(
-        QString::fromStdString((dir / "crate.obj").string())));
+    ASSERT_TRUE(
+        Part<FileCommands>().ImportModelFrom(QString::fromStdString((dir / "crate.obj").string())));
     EXPECT_EQ(doc().ModelTitle(), "crate.oof");
     EXPECT_TRUE(doc().isModified());
     const ModelTextures& textures = Part<ModelTextures>();

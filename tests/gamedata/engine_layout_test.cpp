@@ -16,7 +16,8 @@ namespace {
 std::vector<HogFile> SampleFiles() {
     const auto bytes = ReadFileBytes(MW_SOURCE_DIR "/samples/gamedata/d3.hog");
     EXPECT_TRUE(bytes.has_value());
-    return ReadHogFiles(bytes.value_or(std::vector<std::uint8_t>{})).value_or(std::vector<HogFile>{});
+    return ReadHogFiles(bytes.value_or(std::vector<std::uint8_t>{}))
+        .value_or(std::vector<HogFile>{});
 }
 
 TEST(EngineLayout, TheSampleTableAndImagesLoadAsTheGameReadsThem) {
@@ -54,7 +55,8 @@ TEST(EngineLayout, EveryPageWeWriteEndsWhereItsFieldsEnd) {
     }
     GamWriter fixtures;
     for (std::int16_t version = 14; version <= 27; ++version)
-        fixtures.object(ObjectPage("Robot " + std::to_string(version), {"r.oof", "", ""}, 0, version));
+        fixtures.object(
+            ObjectPage("Robot " + std::to_string(version), {"r.oof", "", ""}, 0, version));
     fixtures.object(ObjectPage("Powerup", {"p.oof", "", ""}, 0, 27, 7));
     fixtures.texture({"Lava", "lava.oaf", 1.0f, 2.0f, 0.0f, 0.0f, kTexFlagAnimated});
     table.insert(table.end(), fixtures.bytes().begin(), fixtures.bytes().end());

@@ -127,13 +127,14 @@ TEST_F(HogWriterTest, NamesAreWindows1252InTheOrderTheGameSearches) {
     // between the capitals and the small letters it folds to.
     const auto archive = dir_ / "order.mn3";
     ASSERT_EQ(CreateHog(archive,
-                        {File("\xC3\xA4x.ogf", 1, 1), File("B.ogf", 1, 2), File("\xC3\x84y.ogf", 1, 3),
-                         File("_a.ogf", 1, 4), File("a.ogf", 1, 5)},
+                        {File("\xC3\xA4x.ogf", 1, 1), File("B.ogf", 1, 2),
+                         File("\xC3\x84y.ogf", 1, 3), File("_a.ogf", 1, 4), File("a.ogf", 1, 5)},
                         0)
                   .Error,
               "");
     const std::vector<std::string> names = Names(archive);
-    EXPECT_EQ(names, (std::vector<std::string>{"_a.ogf", "a.ogf", "B.ogf", "\xC4y.ogf", "\xE4x.ogf"}));
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"_a.ogf", "a.ogf", "B.ogf", "\xC4y.ogf", "\xE4x.ogf"}));
     EXPECT_EQ(FirstOutOfOrder(names), -1);
     EXPECT_EQ(FirstOutOfOrder({"b.ogf", "A.ogf"}), 1);
     // Windows-1252 folding would put "äx" before "Äy": not the game's order.

@@ -60,14 +60,22 @@ TEST(TableCheck, EachTableRuleHasACaseAndACleanTableHasNone) {
         std::function<void(GamTable&)> change;
     };
     const std::vector<Case> cases = {
-        {"page-string-too-long", [](GamTable& t) { SetPageField(t.Pages[1], "file", std::string(35, 'f')); }},
-        {"page-string-too-long", [](GamTable& t) { SetPageField(t.Pages[3], "model", std::string(31, 's') + ".oof"); }},
-        {"bitmap-name-too-long", [](GamTable& t) { SetPageField(t.Pages[0], "bitmap", std::string(30, 'b') + ".ogf"); }},
-        {"model-name-not-oof", [](GamTable& t) { SetPageField(t.Pages[5], "low_model", "robot.pof"); }},
+        {"page-string-too-long",
+         [](GamTable& t) { SetPageField(t.Pages[1], "file", std::string(35, 'f')); }},
+        {"page-string-too-long",
+         [](GamTable& t) { SetPageField(t.Pages[3], "model", std::string(31, 's') + ".oof"); }},
+        {"bitmap-name-too-long",
+         [](GamTable& t) { SetPageField(t.Pages[0], "bitmap", std::string(30, 'b') + ".ogf"); }},
+        {"model-name-not-oof",
+         [](GamTable& t) { SetPageField(t.Pages[5], "low_model", "robot.pof"); }},
         {"page-twice", [](GamTable& t) { t.Pages.push_back(t.Pages[4]); }},
         {"too-many-pages", [](GamTable& t) { t = ManyPages(1001); }},
-        {"page-type-not-read", [](GamTable& t) { t.Pages.push_back(TablePage{3, {3, 4, 0, 0, 0}, {}, 0, false}); }},
-        {"page-length", [](GamTable& t) {
+        {"page-type-not-read",
+         [](GamTable& t) {
+             t.Pages.push_back(TablePage{3, {3, 4, 0, 0, 0}, {}, 0, false});
+         }},
+        {"page-length",
+         [](GamTable& t) {
              Bytes b = t.Pages[1].Bytes;
              b.push_back(0);
              b[1] += 1;
@@ -95,13 +103,14 @@ TEST(TableCheck, EachTableRuleHasACaseAndACleanTableHasNone) {
     GamTable powerups = Clean();
     SetPageField(powerups.Pages[5], "name", "Shield");
     powerups.Pages[5] = MakePage([&] {
-        auto g = std::get<GenericRecord>(powerups.Pages[5].Record);
+        auto g = (*RecordAs<GenericRecord>(powerups.Pages[5].Record));
         g.Type = kObjectPowerup;
         return PageRecord(g);
     }());
     EXPECT_EQ(Codes(CheckTable(powerups, true, gamePages)).size(), 0u);
     SetPageField(powerups.Pages[5], "name", "Mega Shield");
-    EXPECT_EQ(Codes(CheckTable(powerups, true, gamePages)), std::multiset<std::string>{"new-powerup"});
+    EXPECT_EQ(Codes(CheckTable(powerups, true, gamePages)),
+              std::multiset<std::string>{"new-powerup"});
 }
 
 TEST(TableCheck, ArchivesAsTheGameReadsThem) {

@@ -48,10 +48,10 @@ class In {
 };
 
 void Physics(In& in) {
-    in.floats(3);  // mass, drag, full thrust
-    in.i32();      // flags
-    in.floats(2);  // rotational drag, full rotational thrust
-    in.i32();      // bounces
+    in.floats(3);   // mass, drag, full thrust
+    in.i32();       // flags
+    in.floats(2);   // rotational drag, full rotational thrust
+    in.i32();       // bounces
     in.floats(10);  // velocity z, rotational velocity, wiggle, restitution, hit dot, turn-roll
 }
 

@@ -1,34 +1,201 @@
-// Field lists of the generic object, ship and weapon pages, with what each older version of
-// the generic page lacks.
+// The field lists of every page kind as templates over the visitor, so that reading and
+// writing bytes visit fields without a virtual call each; gam_fields.h gives them to any
+// FieldVisitor.
+#pragma once
+
 #include "gamedata/gam_fields.h"
 
 namespace mw {
 
-const char* const kMovementClassKeys[kMovementClasses] = {"standing", "flying", "rolling",
-                                                          "walking", "jumping"};
-const char* const kAnimStateKeys[kAnimStates] = {
-    "alert",           "death",           "missile1",          "missile1_recoil",
-    "missile2",        "missile2_recoil", "melee1",            "melee1_recoil",
-    "melee2",          "melee2_recoil",   "idle",              "quirk",
-    "flinch",          "taunt",           "to_idle_standing",  "to_idle_flying",
-    "to_idle_rolling", "to_idle_walking", "to_idle_jumping",   "to_alert_standing",
-    "to_alert_flying", "to_alert_rolling", "to_alert_walking", "to_alert_jumping"};
+inline constexpr std::uint32_t kTexFlagProcedural = 1u << 24;
 
-namespace {
+template <typename V>
+inline void VisitPhysics(PhysicsBlock& p, V& v) {
+    v.BeginGroup("physics");
+    v.Float("mass", p.Mass);
+    v.Float("drag", p.Drag);
+    v.Float("full_thrust", p.FullThrust);
+    v.UInt("flags", p.Flags);
+    v.Float("rotational_drag", p.RotDrag);
+    v.Float("full_rotational_thrust", p.FullRotThrust);
+    v.Int("bounces", p.Bounces);
+    v.Float("velocity", p.VelocityZ);
+    v.BeginList("rotational_velocity");
+    for (int i = 0; i < 3; ++i) {
+        v.BeginItem(i);
+        v.Float("", p.RotVelocity[static_cast<std::size_t>(i)]);
+        v.EndItem();
+    }
+    v.EndList();
+    v.Float("wiggle_amplitude", p.WiggleAmplitude);
+    v.Float("wiggles_per_second", p.WigglesPerSecond);
+    v.Float("restitution", p.Restitution);
+    v.Float("hit_die_dot", p.HitDieDot);
+    v.Float("max_turnroll_rate", p.MaxTurnrollRate);
+    v.Float("turnroll_ratio", p.TurnrollRatio);
+    v.EndGroup();
+}
 
-template <typename T, typename Fn>
-void PerAnimationGroup(FieldVisitor& v, std::string_view key, PerAnimation<T>& table, Fn&& each) {
+template <typename V>
+inline void VisitLighting(LightingBlock& l, V& v) {
+    v.BeginGroup("lighting");
+    v.Float("distance", l.Distance);
+    v.Float("red1", l.Red1);
+    v.Float("green1", l.Green1);
+    v.Float("blue1", l.Blue1);
+    v.Float("time_interval", l.TimeInterval);
+    v.Float("flicker_distance", l.FlickerDistance);
+    v.Float("directional_dot", l.DirectionalDot);
+    v.Float("red2", l.Red2);
+    v.Float("green2", l.Green2);
+    v.Float("blue2", l.Blue2);
+    v.UInt("flags", l.Flags);
+    v.UInt("time_bits", l.TimeBits);
+    v.Byte("angle", l.Angle);
+    v.Byte("render_type", l.RenderType);
+    v.EndGroup();
+}
+
+template <typename V>
+inline void VisitBattery(BatteryBlock& b, V& v, bool wideFlags) {
+    v.Float("energy_usage", b.EnergyUsage);
+    v.Float("ammo_usage", b.AmmoUsage);
+    v.BeginList("gun_weapon_index");
+    for (int g = 0; g < kBatteryGunPoints; ++g) {
+        v.BeginItem(g);
+        v.Short("", b.GunWeapon[static_cast<std::size_t>(g)]);
+        v.EndItem();
+    }
+    v.EndList();
+    v.BeginList("masks");
+    for (int m = 0; m < kBatteryMasks; ++m) {
+        FiringMask& f = b.Masks[static_cast<std::size_t>(m)];
+        v.BeginItem(m);
+        v.Byte("mask", f.Mask);
+        v.Float("fire_wait", f.FireWait);
+        v.Float("anim_time", f.AnimTime);
+        v.Float("anim_start", f.AnimStart);
+        v.Float("anim_fire", f.AnimFire);
+        v.Float("anim_end", f.AnimEnd);
+        v.EndItem();
+    }
+    v.EndList();
+    v.Byte("mask_count", b.MaskCount);
+    v.Short("aiming_gun_point", b.AimingGunPoint);
+    v.Byte("aiming_flags", b.AimingFlags);
+    v.Float("aiming_3d_dot", b.Aiming3dDot);
+    v.Float("aiming_3d_distance", b.Aiming3dDistance);
+    v.Float("aiming_xz_dot", b.AimingXzDot);
+    v.UShort("flags", b.Flags, wideFlags);
+    v.Byte("quad_fire_mask", b.QuadFireMask);
+}
+
+template <typename V>
+inline void VisitFieldsOf(TextureRecord& r, V& v) {
+    const int version = r.Version;
+    v.Text("name", r.Name);
+    v.Text("bitmap", r.Bitmap);
+    v.Text("destroy_bitmap", r.DestroyBitmap);
+    v.Float("red", r.Red);
+    v.Float("green", r.Green);
+    v.Float("blue", r.Blue);
+    v.Float("alpha", r.Alpha);
+    v.Float("speed", r.Speed);
+    v.Float("slide_u", r.SlideU);
+    v.Float("slide_v", r.SlideV);
+    v.Float("reflectivity", r.Reflectivity);
+    v.Byte("corona", r.Corona);
+    v.Int("damage", r.Damage);
+    v.UInt("flags", r.Flags);
+    if (r.Flags & kTexFlagProcedural) {
+        v.BeginGroup("procedural");
+        if (v.Reading()) r.Palette.assign(255, 0);
+        v.BeginList("palette");
+        for (std::size_t i = 0; i < r.Palette.size(); ++i) {
+            v.BeginItem(static_cast<int>(i));
+            v.UShort("", r.Palette[i]);
+            v.EndItem();
+        }
+        v.EndList();
+        v.Byte("heat", r.Heat);
+        v.Byte("light", r.Light);
+        v.Byte("thickness", r.Thickness);
+        v.Float("evaluation_time", r.EvaluationTime);
+        if (version >= 6) {
+            v.Float("oscillation_time", r.OscillationTime);
+            v.Byte("oscillation_value", r.OscillationValue);
+        }
+        std::size_t count = r.Elements.size();
+        if (!v.Count("element_count", count, kMaxProcElements, 8)) return;
+        if (v.Reading()) r.Elements.resize(count);
+        v.BeginList("elements");
+        for (std::size_t i = 0; i < r.Elements.size(); ++i) {
+            v.BeginItem(static_cast<int>(i));
+            static constexpr const char* kElementKeys[8] = {"type", "frequency", "speed", "size",
+                                                            "x1",   "y1",        "x2",    "y2"};
+            for (std::size_t k = 0; k < 8; ++k)
+                v.Byte(kElementKeys[k], r.Elements[i][k]);
+            v.EndItem();
+        }
+        v.EndList();
+        v.EndGroup();
+    }
+    if (version >= 5) {
+        if (version < 7) {
+            v.Int("old_sound", r.OldSound);
+        } else {
+            v.Text("sound", r.Sound);
+        }
+        v.Float("sound_volume", r.SoundVolume);
+    }
+}
+
+template <typename V>
+inline void VisitFieldsOf(SoundRecord& r, V& v) {
+    v.Text("name", r.Name);
+    v.Text("file", r.File);
+    v.UInt("flags", r.Flags);
+    v.Int("loop_start", r.LoopStart);
+    v.Int("loop_end", r.LoopEnd);
+    v.Float("outer_cone_volume", r.OuterConeVolume);
+    v.Int("inner_cone_angle", r.InnerConeAngle);
+    v.Int("outer_cone_angle", r.OuterConeAngle);
+    v.Float("max_distance", r.MaxDistance);
+    v.Float("min_distance", r.MinDistance);
+    v.Float("import_volume", r.ImportVolume);
+}
+
+template <typename V>
+inline void VisitFieldsOf(DoorRecord& r, V& v) {
+    v.Text("name", r.Name);
+    v.Text("model", r.Model);
+    v.Float("open_time", r.OpenTime);
+    v.Float("close_time", r.CloseTime);
+    v.Float("stay_open_time", r.StayOpenTime);
+    v.Byte("flags", r.Flags);
+    if (r.Version >= 3) v.Short("hit_points", r.HitPoints);
+    v.Text("open_sound", r.OpenSound);
+    v.Text("close_sound", r.CloseSound);
+    if (r.Version >= 2) v.Text("module", r.Module);
+}
+
+// the generic page lacks.
+
+template <typename V, typename T, typename Fn>
+inline void PerAnimationGroup(V& v, std::string_view key, PerAnimation<T>& table, Fn&& each) {
     v.BeginGroup(key);
     for (int c = 0; c < kMovementClasses; ++c) {
         v.BeginGroup(kMovementClassKeys[c]);
         for (int a = 0; a < kAnimStates; ++a)
-            each(kAnimStateKeys[a], table[static_cast<std::size_t>(c)][static_cast<std::size_t>(a)]);
+            each(kAnimStateKeys[a],
+                 table[static_cast<std::size_t>(c)][static_cast<std::size_t>(a)]);
         v.EndGroup();
     }
     v.EndGroup();
 }
 
-void TextTable(FieldVisitor& v, std::string_view key, PerBattery<std::string>& names) {
+template <typename V>
+inline void TextTable(V& v, std::string_view key, PerBattery<std::string>& names) {
     v.BeginList(key);
     for (int b = 0; b < kPageBatteries; ++b) {
         v.BeginItem(b);
@@ -44,8 +211,8 @@ void TextTable(FieldVisitor& v, std::string_view key, PerBattery<std::string>& n
     v.EndList();
 }
 
-template <std::size_t N>
-void TextList(FieldVisitor& v, std::string_view key, std::array<std::string, N>& names) {
+template <typename V, std::size_t N>
+inline void TextList(V& v, std::string_view key, std::array<std::string, N>& names) {
     v.BeginList(key);
     for (std::size_t i = 0; i < N; ++i) {
         v.BeginItem(static_cast<int>(i));
@@ -55,7 +222,8 @@ void TextList(FieldVisitor& v, std::string_view key, std::array<std::string, N>&
     v.EndList();
 }
 
-void VisitAi(AiBlock& a, FieldVisitor& v, int version) {
+template <typename V>
+inline void VisitAi(AiBlock& a, V& v, int version) {
     v.BeginGroup("ai");
     v.UInt("flags", a.Flags);
     v.Byte("class", a.Class);
@@ -99,9 +267,8 @@ void VisitAi(AiBlock& a, FieldVisitor& v, int version) {
     v.EndGroup();
 }
 
-}  // namespace
-
-void VisitFields(GenericRecord& r, FieldVisitor& v) {
+template <typename V>
+inline void VisitFieldsOf(GenericRecord& r, V& v) {
     const int version = r.Version;
     v.Byte("type", r.Type);
     v.Text("name", r.Name);
@@ -178,7 +345,8 @@ void VisitFields(GenericRecord& r, FieldVisitor& v) {
     }
 }
 
-void VisitFields(ShipRecord& r, FieldVisitor& v) {
+template <typename V>
+inline void VisitFieldsOf(ShipRecord& r, V& v) {
     v.Text("name", r.Name);
     v.Text("cockpit", r.Cockpit);
     v.Text("hud_config", r.HudConfig);
@@ -209,7 +377,8 @@ void VisitFields(ShipRecord& r, FieldVisitor& v) {
     v.EndList();
 }
 
-void VisitFields(WeaponRecord& r, FieldVisitor& v) {
+template <typename V>
+inline void VisitFieldsOf(WeaponRecord& r, V& v) {
     const int version = r.Version;
     v.Text("name", r.Name);
     v.Text("hud_image", r.HudImage);
