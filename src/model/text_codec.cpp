@@ -31,6 +31,14 @@ void AppendUtf8(std::string& out, char32_t cp) {
     }
 }
 
+// The bytes of the UTF-8 sequence that starts with `lead` (1 for a stray byte).
+std::size_t SequenceLength(unsigned char lead) {
+    if ((lead & 0xE0) == 0xC0) return 2;
+    if ((lead & 0xF0) == 0xE0) return 3;
+    if ((lead & 0xF8) == 0xF0) return 4;
+    return 1;
+}
+
 }  // namespace
 
 std::string LowerCase1252(std::string_view bytes) {
@@ -62,16 +70,8 @@ std::optional<std::string> Cp1252FromUtf8Exact(std::string_view utf8) {
     std::size_t i = 0;
     while (i < utf8.size()) {
         const auto b = static_cast<unsigned char>(utf8[i]);
-        std::size_t len = 1;
-        if ((b & 0xE0) == 0xC0) {
-            len = 2;
-        } else if ((b & 0xF0) == 0xE0) {
-            len = 3;
-        } else if ((b & 0xF8) == 0xF0) {
-            len = 4;
-        } else if (b >= 0x80) {
-            return std::nullopt;
-        }
+        const std::size_t len = SequenceLength(b);
+        if (len == 1 && b >= 0x80) return std::nullopt;
         if (i + len > utf8.size()) return std::nullopt;
         char32_t cp = len == 1 ? b : b & (0x7F >> len);
         for (std::size_t k = 1; k < len; ++k) {
@@ -97,16 +97,8 @@ std::string Cp1252FromUtf8(std::string_view utf8) {
     std::size_t i = 0;
     while (i < utf8.size()) {
         // A character without a form in the code page, or a broken sequence, becomes '?'.
-        std::size_t len = 1;
-        const auto b = static_cast<unsigned char>(utf8[i]);
-        if ((b & 0xE0) == 0xC0) {
-            len = 2;
-        } else if ((b & 0xF0) == 0xE0) {
-            len = 3;
-        } else if ((b & 0xF8) == 0xF0) {
-            len = 4;
-        }
-        len = std::min(len, utf8.size() - i);
+        const std::size_t len =
+            std::min(SequenceLength(static_cast<unsigned char>(utf8[i])), utf8.size() - i);
         const auto one = Cp1252FromUtf8Exact(utf8.substr(i, len));
         out += one ? *one : std::string("?");
         i += len;
