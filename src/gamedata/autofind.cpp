@@ -120,6 +120,16 @@ AutofindPlaces AutofindPlaces::FromEnvironment() {
         places.winePrefix = prefix;
     }
     places.systemFolders = {"/opt", "/usr/local/games", "/usr/share/games"};
+    if (const char* path = std::getenv("PATH"); path != nullptr) {
+        std::stringstream folders(path);
+        for (std::string folder; std::getline(folders, folder, ':');) {
+            if (!folder.empty()) places.programFolders.emplace_back(folder);
+        }
+    }
+    for (const char* system :
+         {"/usr/games", "/usr/local/games", "/usr/local/bin", "/opt/Descent3", "/opt/descent3"}) {
+        places.programFolders.emplace_back(system);
+    }
     return places;
 }
 
@@ -189,7 +199,10 @@ std::vector<fs::path> GameFolderCandidates(const AutofindPlaces& places) {
 AutofindResult Autofind(const AutofindPlaces& places) {
     AutofindResult result;
     const std::vector<fs::path> candidates = GameFolderCandidates(places);
-    if (candidates.empty()) return result;
+    if (candidates.empty()) {
+        result.gameProgram = FindGameProgram(places, {});
+        return result;
+    }
     // A folder left behind by an uninstalled copy holds no d3.hog; one that does wins.
     fs::path dir = candidates.front();
     for (const fs::path& c : candidates) {
@@ -211,7 +224,30 @@ AutofindResult Autofind(const AutofindPlaces& places) {
         }
     }
     if (compiler) result.compiler = compiler->string();
+    result.gameProgram = FindGameProgram(places, dir);
     return result;
+}
+
+std::string FindGameProgram(const AutofindPlaces& places, const fs::path& gameDir) {
+    std::vector<fs::path> folders;
+    if (!gameDir.empty()) folders = {gameDir, gameDir / "build" / "Descent3", gameDir / "bin"};
+    folders.insert(folders.end(), places.programFolders.begin(), places.programFolders.end());
+    if (!places.home.empty()) {
+        for (const char* mine : {".local/bin", "Descent3", "Descent3/build/Descent3", "Games/Descent3"})
+            folders.push_back(places.home / mine);
+    }
+    for (const fs::path& folder : folders) {
+        for (const char* name : {"Descent3", "descent3"}) {
+            std::error_code ec;
+            const fs::path candidate = folder / name;
+            const auto status = fs::status(candidate, ec);
+            if (!ec && fs::is_regular_file(status) &&
+                (status.permissions() & fs::perms::owner_exec) != fs::perms::none) {
+                return candidate.string();
+            }
+        }
+    }
+    return {};
 }
 
 }  // namespace mw

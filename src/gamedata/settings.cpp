@@ -63,6 +63,7 @@ constexpr StringKey kPathKeys[] = {
     {"OGFPath", &Settings::OGFPath},
     {"POFGENPath", &Settings::POFGENPath},
     {"Background Image", &Settings::BackgroundImage},
+    {"GameProgram", &Settings::GameProgram},
 };
 
 template <std::size_t N>

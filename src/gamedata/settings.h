@@ -25,6 +25,8 @@ struct Settings {
     std::string OGFPath;
     std::string POFGENPath;
     std::string BackgroundImage;
+    // The game's program (the open-source engine) that Test in Game starts.
+    std::string GameProgram;
     // View Settings
     std::int16_t ViewMode = 0;
     ViewType View = ViewType::Textured;

@@ -81,5 +81,30 @@ TEST_F(AutofindTest, NothingToFind) {
     EXPECT_EQ(r.d3Hog, "");
 }
 
+TEST_F(AutofindTest, GameProgramInGameFolderThenOnThePathThenAtHome) {
+    const auto program = [](const fs::path& p) {
+        Touch(p);
+        fs::permissions(p, fs::perms::owner_exec, fs::perm_options::add);
+    };
+    AutofindPlaces places = Places();
+    places.programFolders = {dir_ / "bin", dir_ / "games"};
+    // Nothing yet: a file of that name that cannot be run does not count.
+    Touch(dir_ / "bin" / "Descent3");
+    EXPECT_EQ(Autofind(places).gameProgram, "");
+
+    program(home_ / ".local/bin" / "descent3");
+    EXPECT_EQ(Autofind(places).gameProgram, (home_ / ".local/bin" / "descent3").string());
+    program(dir_ / "games" / "Descent3");
+    EXPECT_EQ(Autofind(places).gameProgram, (dir_ / "games" / "Descent3").string());
+
+    // A game folder holding a build of the engine wins over the PATH.
+    const fs::path game = dir_ / "opt" / "Descent3";
+    Touch(game / "d3.hog");
+    program(game / "build" / "Descent3" / "Descent3");
+    const AutofindResult r = Autofind(places);
+    EXPECT_EQ(r.gameDir, game.string() + "/");
+    EXPECT_EQ(r.gameProgram, (game / "build" / "Descent3" / "Descent3").string());
+}
+
 }  // namespace
 }  // namespace mw

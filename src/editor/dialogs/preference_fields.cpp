@@ -80,6 +80,12 @@ QString ExistingCompiler(const QString& path) {
     return NamesCompiler(p.toStdString()) ? p : QString();
 }
 
+QString ExistingProgram(const QString& path) {
+    if (path.isEmpty()) return {};
+    const QFileInfo info(path);
+    return info.isFile() && info.isExecutable() ? path : QString();
+}
+
 QString WithTrailingSeparator(const QString& folder) {
     if (folder.isEmpty() || folder.endsWith('/') || folder.endsWith('\\')) return folder;
     return folder + QDir::separator();

@@ -32,6 +32,9 @@ QString ExistingFolder(const QString& path);
 // A compiler field: kept when the file exists and names pofgen.exe or bspgen.exe.
 QString ExistingCompiler(const QString& path);
 
+// A program field: kept when the file exists and may be run.
+QString ExistingProgram(const QString& path);
+
 // A folder path ending in the separator (empty stays empty).
 QString WithTrailingSeparator(const QString& folder);
 

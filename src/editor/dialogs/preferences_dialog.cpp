@@ -42,8 +42,8 @@ struct BrowseSpec {
     const char* title;
     const char* filter;
 };
-// The file dialogs of Browse 0, 1, 3 and 4 (2 is the folder chooser).
-const BrowseSpec kBrowse[5] = {
+// The file dialogs of Browse 0, 1, 3, 4 and 5 (2 is the folder chooser).
+const BrowseSpec kBrowse[6] = {
     {"Locate D3 Hog file", "Descent3 HOG File (*d3.hog)"},
     {"Locate HOG/MN3, GAM file",
      "Descent3 MN3/HOG, GAM Files (*.mn3 *.hog *.gam);;Descent 3 MN3/HOG File (*.mn3 "
@@ -54,6 +54,7 @@ const BrowseSpec kBrowse[5] = {
      "All Graphics Files (*.tga *.bmp *.gif *.jpg *.ico *.wmf *.emf);;Targa Files "
      "(*.tga);;Bitmap Files (*.bmp);;Graphic Image File (*.gif);;Icon (*.ico);;JPEG "
      "(*.jpg);;Metafile (*.wmf *.emf)"},
+    {"Locate the game program", "Descent 3 program (Descent3 descent3);;All Files (*)"},
 };
 
 QLineEdit* NumberField(QWidget* parent, const QString& name, const QString& accessible) {
@@ -120,20 +121,21 @@ QWidget* frmPreferences::BuildPaths() {
     auto* group = new QGroupBox("General Path Settings", this);
     group->setObjectName("fraPaths");
     auto* v = new QVBoxLayout(group);
-    const char* const names[5] = {"txtD3Path", "txtMN3GAMPath", "txtOGFPath", "txtPathPofgen",
-                                  "txtBackground"};
-    const char* const frames[5] = {"D3 Hog File", "Custom MN3/HOG, GAM File", "Custom OGF Path",
-                                   "Pofgen.exe File", "Background Image"};
-    for (int i = 0; i < 5; ++i) {
+    const char* const names[6] = {"txtD3Path",     "txtMN3GAMPath", "txtOGFPath",
+                                  "txtPathPofgen", "txtBackground", "txtGameProgram"};
+    const char* const frames[6] = {"D3 Hog File",     "Custom MN3/HOG, GAM File",
+                                   "Custom OGF Path", "Pofgen.exe File",
+                                   "Background Image", "Game program:"};
+    for (int i = 0; i < 6; ++i) {
         auto* frame = new QGroupBox(frames[i], group);
         auto* row = new QHBoxLayout(frame);
         auto* field = new QLineEdit(frame);
         field->setObjectName(names[i]);
-        field->setAccessibleName(frames[i]);
+        field->setAccessibleName(QString(frames[i]).remove(':'));
         field->setMinimumWidth(300);
         auto* browse = new QPushButton("Browse...", frame);
         browse->setObjectName(QString("cmdBrowse_%1").arg(i));
-        browse->setAccessibleName(QString("Browse... ") + frames[i]);
+        browse->setAccessibleName(QString("Browse... ") + QString(frames[i]).remove(':'));
         browse->setAutoDefault(false);
         row->addWidget(field, 1);
         row->addWidget(browse);
@@ -268,6 +270,7 @@ void frmPreferences::ShowSettings() {
     paths_[kBackground]->setText(ExistingPicture(Text(s.BackgroundImage)));
     paths_[kOGF]->setText(Text(s.OGFPath));
     paths_[kCompiler]->setText(Text(s.POFGENPath));
+    paths_[kGame]->setText(ExistingProgram(Text(s.GameProgram)));
     txtScaleFactor_->setText(EightDecimals(s.PofScale));
     txtErrorTolerance_->setText(EightDecimals(s.PofErrorFactor));
     for (std::size_t i = 0; i < 3; ++i)
@@ -315,6 +318,8 @@ void frmPreferences::LeaveField(QLineEdit* field) {
     FieldCheck check{text, {}};
     if (field == paths_[kD3] || field == paths_[kMission] || field == paths_[kBackground]) {
         check.text = ExistingFile(text);
+    } else if (field == paths_[kGame]) {
+        check.text = ExistingProgram(text);
     } else if (field == paths_[kOGF]) {
         check.text = ExistingFolder(text);
     } else if (field == paths_[kCompiler]) {
@@ -335,6 +340,10 @@ void frmPreferences::LeaveField(QLineEdit* field) {
 
 void frmPreferences::Autofind() {
     const AutofindResult found = mw::Autofind(places_);
+    if (!found.gameProgram.empty()) {
+        paths_[kGame]->setText(Text(found.gameProgram));
+        EnableOK();
+    }
     if (found.gameDir.empty()) {
         prompts_.Message(this,
                          "Autofind failed! Could not find Descent 3 Directory!\n"
@@ -430,6 +439,7 @@ void frmPreferences::accept() {
     s.BackgroundImage = ExistingPicture(paths_[kBackground]->text()).toStdString();
     // A compiler Autofind or Browse put in the field counts as much as one typed there.
     s.POFGENPath = ExistingCompiler(paths_[kCompiler]->text()).toStdString();
+    s.GameProgram = ExistingProgram(paths_[kGame]->text()).toStdString();
 
     ApplyCompilerOptions();
     s.CombineRooms = optOOFORF_[1]->isChecked();

@@ -72,9 +72,9 @@ class frmPreferences : public QDialog {
     bool pathsChanged_ = false;
     bool backgroundChanged_ = false;
 
-    // The five path fields, in the order of their Browse buttons.
-    enum PathField { kD3, kMission, kOGF, kCompiler, kBackground };
-    std::array<QLineEdit*, 5> paths_{};
+    // The path fields, in the order of their Browse buttons.
+    enum PathField { kD3, kMission, kOGF, kCompiler, kBackground, kGame };
+    std::array<QLineEdit*, 6> paths_{};
     QLineEdit* txtScaleFactor_ = nullptr;
     QLineEdit* txtErrorTolerance_ = nullptr;
     std::array<QLineEdit*, 3> txtChunkSplits_{};

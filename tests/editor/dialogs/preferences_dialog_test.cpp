@@ -85,8 +85,11 @@ TEST_F(PreferencesTest, OpensWithValidPathsOnlyAndOKWaitsForAChange) {
     Touch(dir_ / "back.tga");
     settings_.BackgroundImage = (dir_ / "back.tga").string();
     settings_.CombineRooms = false;
+    Touch(dir_ / "Descent3" / "Descent3");  // not executable: no program to start
+    settings_.GameProgram = (dir_ / "Descent3" / "Descent3").string();
     Open();
     EXPECT_EQ(dialog_->windowTitle(), "Meshwright Preferences");
+    EXPECT_EQ(Field("txtGameProgram")->text(), "");
     EXPECT_EQ(Field("txtD3Path")->text(), Q(dir_ / "Descent3" / "d3.hog"));
     EXPECT_EQ(Field("txtMN3GAMPath")->text(), "");  // its file is gone
     EXPECT_EQ(Field("txtBackground")->text(), Q(dir_ / "back.tga"));
@@ -209,7 +212,8 @@ TEST_F(PreferencesTest, ResetClearAndBrowse) {
 
     dialog_->ClearAllPaths();
     for (const char* name :
-         {"txtD3Path", "txtMN3GAMPath", "txtOGFPath", "txtPathPofgen", "txtBackground"})
+         {"txtD3Path", "txtMN3GAMPath", "txtOGFPath", "txtPathPofgen", "txtBackground",
+          "txtGameProgram"})
         EXPECT_EQ(Field(name)->text(), "") << name;
 
     prompts_.fileNames = {Q(dir_ / "Descent3" / "d3.hog"), Q(dir_ / "tools" / "gcc"), ""};
@@ -253,12 +257,18 @@ TEST_F(PreferencesTest, AutofindFillsTheFieldsOrSaysItFailed) {
     const fs::path game = home / ".wine/drive_c/Descent 3";
     Touch(game / "D3.hog");
     Touch(game / "Pofgen.exe");
+    // The open-source engine's program, installed apart from the retail data.
+    const fs::path program = home / ".local/bin/Descent3";
+    Touch(program);
+    fs::permissions(program, fs::perms::owner_exec, fs::perm_options::add);
     QTest::mouseClick(Field<QPushButton>("cmdAutofind"), Qt::LeftButton);
     EXPECT_EQ(Field("txtD3Path")->text(), Q(game / "D3.hog"));
     EXPECT_EQ(Field("txtPathPofgen")->text(), Q(game / "Pofgen.exe"));
+    EXPECT_EQ(Field("txtGameProgram")->text(), Q(program));
     QTest::mouseClick(&dialog_->okButton(), Qt::LeftButton);
     EXPECT_EQ(settings_.D3HogPath, (game / "D3.hog").string());
     EXPECT_EQ(settings_.POFGENPath, (game / "Pofgen.exe").string());
+    EXPECT_EQ(settings_.GameProgram, program.string());
 }
 
 TEST(OGFPathTest, ListsTheFolderImagesAndHandsBackTheFolder) {
