@@ -39,6 +39,7 @@ constexpr const char* kUsage =
     "                                    encode-animation OUT.oaf FRAME...)\n"
     "  package MODEL OUT.mn3 [OPTIONS]   the model, its new textures and their table\n"
     "  gam dump|set|add-object|remove|merge  list or change the pages of a GAM table\n"
+    "  play MISSION.mn3 [OPTIONS]        try the mission in the open-source engine\n"
     "\n"
     "'meshwright-cli COMMAND --help' describes one command; 'meshwright-cli --version' tells\n"
     "the version.\n";
@@ -142,6 +143,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (command == "package") return PackageCommand(rest, out, err);
     if (command == "export") return ExportCommand(rest, out, err);
     if (command == "import") return ImportCommand(rest, out, err);
+    if (command == "play") return PlayCommand(rest, out, err);
     err << "Unknown command '" << command << "'\n\n" << kUsage;
     return kExitUsage;
 }

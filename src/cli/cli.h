@@ -40,6 +40,7 @@ int GamCommand(const std::vector<std::string>& args, std::ostream& out, std::ost
 int CheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int TexturesCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int ThumbnailCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int PlayCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int SheetCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 // The bytes of one archive entry, found by name ignoring case. Returns 0 or an exit status.

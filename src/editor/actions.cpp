@@ -210,6 +210,11 @@ void MainActions::BuildToolsMenu() {
     tools->addSeparator();
     connect(Add(tools, "mnuToolsCheck", "Check Model..."), &QAction::triggered, this,
             &MainActions::checkRequested);
+    tools->addSeparator();
+    connect(Add(tools, "mnuToolsGameObject", "Game Object..."), &QAction::triggered, this,
+            &MainActions::gameObjectRequested);
+    connect(Add(tools, "mnuToolsTestInGame", "Test in Game"), &QAction::triggered, this,
+            &MainActions::testInGameRequested);
     connect(tools, &QMenu::aboutToShow, this, &MainActions::UpdateEnabling);
 }
 
@@ -438,7 +443,8 @@ void MainActions::UpdateEnabling() {
     const bool ready = doc_.modelReady();
     for (const char* name :
          {"mnuFileSaveOOF", "mnuFileSaveOOFAs", "mnuFileExportORF", "mnuFileExportGltf",
-          "mnuFilePackage", "save", "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck"}) {
+          "mnuFilePackage", "save", "mnuRecalcVertNormals", "mnuToolsScale", "mnuToolsCheck",
+          "mnuToolsGameObject", "mnuToolsTestInGame"}) {
         action(name)->setEnabled(ready);
     }
     const bool preferences =

@@ -59,7 +59,9 @@ class MainActions : public QObject {
     void aboutRequested();
     void preferencesRequested();
     void importP3DRequested();
-    void checkRequested();  // Tools > Check Model...
+    void checkRequested();       // Tools > Check Model...
+    void gameObjectRequested();  // Tools > Game Object...
+    void testInGameRequested();  // Tools > Test in Game
 
   private:
     QAction* Add(QMenu* menu, const char* name, const QString& caption,

@@ -13,6 +13,9 @@
 #include "editor/autosave.h"
 #include "editor/dialogs/about_dialog.h"
 #include "editor/dialogs/check_dialog.h"
+#include "editor/dialogs/game_object_dialog.h"
+#include "editor/dialogs/game_test_window.h"
+#include "editor/game_test.h"
 #include "editor/dialogs/help_window.h"
 #include "editor/dialogs/preferences_dialog.h"
 #include "editor/dialogs/progress_dialog.h"
@@ -100,6 +103,8 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     connect(actions_, &MainActions::helpRequested, this, &frmOOF::ShowHelp);
     connect(actions_, &MainActions::aboutRequested, this, &frmOOF::ShowAbout);
     connect(actions_, &MainActions::checkRequested, this, &frmOOF::ShowCheck);
+    connect(actions_, &MainActions::gameObjectRequested, this, &frmOOF::ShowGameObject);
+    connect(actions_, &MainActions::testInGameRequested, this, &frmOOF::ShowTestInGame);
     connect(actions_, &MainActions::preferencesRequested, this, &frmOOF::ShowPreferences);
     connect(this, &frmOOF::gameDataChanged, actions_, &MainActions::PopulateHOGlist);
     connect(this, &frmOOF::settingsChanged, actions_, &MainActions::UpdateFileEnabling);
@@ -114,6 +119,7 @@ frmOOF::frmOOF(clsOOF& oof, GameData& game, Settings& settings, const QPixmap& l
     auto* import = new P3DImport(*files_, settings, *prompts_, this);
     connect(actions_, &MainActions::importP3DRequested, import, &P3DImport::Import);
     runPreferences_ = [](frmPreferences& dialog) { dialog.exec(); };
+    runGameObject_ = [](GameObjectDialog& dialog) { dialog.exec(); };
     files_->SetModelCheck(DocumentCheck(*doc_, &textures_->loaded(), &settings));
     files_->SetTextures(textures_);
     auto* keyMenu = new KeyMenu(*doc_, *actions_, strip->timeline(), this);
@@ -139,6 +145,7 @@ frmOOF::~frmOOF() {
     // The views hold the document; they go first.
     doc_->disconnect(this);
     delete check_;
+    delete test_;
     delete takeCentralWidget();
     delete actions_;
     delete files_;
@@ -178,6 +185,22 @@ void frmOOF::ShowCheck() {
     }
     check_->show();
     check_->raise();
+}
+
+void frmOOF::ShowGameObject() {
+    GameObjectDialog dialog(*doc_, game_, settings_, *prompts_, this);
+    runGameObject_(dialog);
+}
+
+void frmOOF::ShowTestInGame() {
+    std::optional<PlaySetup> setup = PrepareTestInGame(*doc_, *files_, settings_, *prompts_, this);
+    if (!setup) return;
+    if (!testFolder_.isEmpty()) setup->Scratch = testFolder_.toStdString();
+    if (test_ == nullptr) test_ = new GameTestWindow(this);
+    test_->show();
+    test_->raise();
+    const QString error = test_->Start(*setup);
+    if (!error.isEmpty()) prompts_->Message(this, error, PromptIcon::Exclamation);
 }
 
 void frmOOF::ShowPreferences() {

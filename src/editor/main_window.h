@@ -25,6 +25,8 @@ class Playback;
 class Prompts;
 class Viewport;
 class frmPreferences;
+class GameObjectDialog;
+class GameTestWindow;
 
 class frmOOF : public QMainWindow {
     Q_OBJECT
@@ -48,6 +50,10 @@ class frmOOF : public QMainWindow {
     void ShowAbout();
     // Tools > Check Model...: the findings, kept open beside the window.
     void ShowCheck();
+    // Tools > Game Object...: the pages that name the model, modal.
+    void ShowGameObject();
+    // Tools > Test in Game: the mission in the game, in a window that follows the game.
+    void ShowTestInGame();
 
     // File > Preferences...: the dialog, then whatever its changes call for.
     void ShowPreferences();
@@ -57,6 +63,12 @@ class frmOOF : public QMainWindow {
     // Runs the preferences dialog modally (tests set their own, which drives the dialog).
     using PreferencesRunner = std::function<void(frmPreferences&)>;
     void SetPreferencesRunner(PreferencesRunner run) { runPreferences_ = std::move(run); }
+    // Runs the Game Object dialog (modally unless tests set their own).
+    using GameObjectRunner = std::function<void(GameObjectDialog&)>;
+    void SetGameObjectRunner(GameObjectRunner run) { runGameObject_ = std::move(run); }
+    GameTestWindow* testWindow() { return test_; }
+    // Where Test in Game prepares the mission (the user's cache folder unless set).
+    void SetTestFolder(const QString& folder) { testFolder_ = folder; }
 
     // Reads the game's archives and tables behind the progress bar; says gameDataChanged.
     void ReadGameData();
@@ -98,6 +110,9 @@ class frmOOF : public QMainWindow {
     Viewport* viewport_ = nullptr;
     FileCommands* files_ = nullptr;
     PreferencesRunner runPreferences_;
+    GameObjectRunner runGameObject_;
+    GameTestWindow* test_ = nullptr;
+    QString testFolder_;
     MainActions* actions_ = nullptr;
     QWidget* help_ = nullptr;
     CheckDialog* check_ = nullptr;

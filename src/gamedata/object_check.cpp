@@ -35,8 +35,7 @@ class ModelPageCheck {
             for (int a = 0; a < kAnimStates; ++a) {
                 const AnimRange& r =
                     g.Animation[static_cast<std::size_t>(c)][static_cast<std::size_t>(a)];
-                if (r.From == 0 && r.To == 0) continue;
-                if (r.From < m_.FrameMin || r.To > m_.FrameMax || r.From > r.To) {
+                if (!AnimRangeFits(r, m_)) {
                     Add(Severity::Error, "animation-range", where,
                         std::string("The ") + kMovementClassKeys[c] + " " + kAnimStateKeys[a] +
                             " animation runs from frame " + std::to_string(r.From) + " to " +
@@ -65,15 +64,12 @@ class ModelPageCheck {
         }
         const std::size_t guns = m_.Batteries[static_cast<std::size_t>(index)].GunPoints.size();
         for (std::size_t k = 0; k < b.Masks.size(); ++k) {
-            const unsigned mask = b.Masks[k].Mask;
-            for (std::size_t g = guns; g < 8; ++g) {
-                if (mask & (1u << g)) {
-                    Add(Severity::Error, "battery-mask-gunpoint", where,
-                        battery + "'s firing mask " + std::to_string(k) + " fires gun point " +
-                            std::to_string(g) + "; the model's battery has " +
-                            std::to_string(guns) + ".");
-                    break;
-                }
+            const int g = FirstMissingGunPoint(b.Masks[k].Mask, guns);
+            if (g >= 0) {
+                Add(Severity::Error, "battery-mask-gunpoint", where,
+                    battery + "'s firing mask " + std::to_string(k) + " fires gun point " +
+                        std::to_string(g) + "; the model's battery has " + std::to_string(guns) +
+                        ".");
             }
         }
         if (b.AimingFlags != 0 &&
@@ -110,6 +106,18 @@ class ModelPageCheck {
 };
 
 }  // namespace
+
+bool AnimRangeFits(const AnimRange& r, const ModelData& model) {
+    if (r.From == 0 && r.To == 0) return true;
+    return r.From >= model.FrameMin && r.To <= model.FrameMax && r.From <= r.To;
+}
+
+int FirstMissingGunPoint(std::uint8_t mask, std::size_t guns) {
+    for (std::size_t g = guns; g < 8; ++g) {
+        if (mask & (1u << g)) return static_cast<int>(g);
+    }
+    return -1;
+}
 
 std::vector<TableFinding> CheckModelPages(const ModelData& model, const std::string& modelFile,
                                           const std::vector<NamedTable>& tables,

@@ -67,7 +67,7 @@ void Add(std::vector<TableFinding>& out, Severity level, std::string code, std::
     out.push_back({level, std::move(code), std::move(where), std::move(message)});
 }
 
-bool IsGamePowerup(const std::vector<NamedTable>& game, const std::string& name) {
+bool IsGamePowerup(std::span<const NamedTable> game, const std::string& name) {
     for (const NamedTable& t : game) {
         for (const TablePage& p : t.Table.Pages) {
             const auto* g = RecordAs<GenericRecord>(p.Record);
@@ -120,7 +120,7 @@ std::string PageLabel(const TablePage& page) {
 }
 
 std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
-                                     const std::vector<NamedTable>& gamePages) {
+                                     std::span<const NamedTable> gamePages) {
     std::vector<TableFinding> out;
     if (addOn && table.Pages.size() > kAddOnPages) {
         Add(out, Severity::Error, "too-many-pages", "",
@@ -186,7 +186,7 @@ std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
 
 std::vector<TableFinding> CheckArchive(const std::filesystem::path& path,
                                        std::span<const std::uint8_t> bytes,
-                                       const std::vector<NamedTable>& gamePages) {
+                                       std::span<const NamedTable> gamePages) {
     std::vector<TableFinding> out;
     std::vector<HogDirectoryEntry> entries;
     if (ReadHogEntries(bytes, entries) != HogStatus::Ok) {

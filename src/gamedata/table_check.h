@@ -33,13 +33,13 @@ struct NamedTable {
 // mission's (at most 1000 pages). `gamePages` (may be empty): the game's own tables, to tell
 // a new powerup from one the game knows.
 std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
-                                     const std::vector<NamedTable>& gamePages = {});
+                                     std::span<const NamedTable> gamePages = {});
 
 // An archive as the game reads it: its directory order, the table a mission archive must
 // hold (`path` names it), images whose headers the game does not read, and its table.
 std::vector<TableFinding> CheckArchive(const std::filesystem::path& path,
                                        std::span<const std::uint8_t> bytes,
-                                       const std::vector<NamedTable>& gamePages = {});
+                                       std::span<const NamedTable> gamePages = {});
 
 // The model checked against every page of `tables` that names `modelFile` (ignoring case):
 // animation ranges outside its frame range, firing masks and gun points it lacks, weapons and
@@ -47,6 +47,12 @@ std::vector<TableFinding> CheckArchive(const std::filesystem::path& path,
 std::vector<TableFinding> CheckModelPages(const ModelData& model, const std::string& modelFile,
                                           const std::vector<NamedTable>& tables,
                                           const std::function<bool(const std::string&)>& hasModel);
+
+// The rules a page's animation range and firing mask are held to against a model: a range
+// of 0 to 0 is unused; any other must lie in the model's frame range, from before to.
+bool AnimRangeFits(const AnimRange& range, const ModelData& model);
+// The first gun point a firing mask fires that a battery of `guns` gun points lacks, or -1.
+int FirstMissingGunPoint(std::uint8_t mask, std::size_t guns);
 
 // Every page of the tables that names the model file (as model, detail, dying or fire model).
 struct PageRef {
