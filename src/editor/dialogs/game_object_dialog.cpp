@@ -68,6 +68,7 @@ GameObjectDialog::GameObjectDialog(Document& doc, GameData& game, Settings& sett
     auto* outer = new QVBoxLayout(this);
     auto* scroll = new QScrollArea(this);
     scroll->setObjectName("scrGameObject");
+    scroll->setAccessibleName("Game object");
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     auto* content = new QWidget(scroll);
@@ -88,7 +89,8 @@ GameObjectDialog::GameObjectDialog(Document& doc, GameData& game, Settings& sett
     list_->setAccessibleName("Pages that name this model");
     list_->setHeaderLabels({"Kind", "Name", "From"});
     list_->setRootIsDecorated(false);
-    list_->setMinimumHeight(110);
+    list_->setMinimumHeight(80);
+    list_->setMaximumHeight(130);
     listLabel->setBuddy(list_);
     layout->addWidget(listLabel);
     layout->addWidget(list_);

@@ -50,8 +50,7 @@ class GameObjectDialog : public QDialog {
     bool ChooseMission();
     // Selects the listed page of that name (in the mission when there is one of each).
     void SelectPage(const QString& name);
-
-  protected:
+    // Close: asks to save pages not saved.
     void reject() override;
 
   private:

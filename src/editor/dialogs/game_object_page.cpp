@@ -3,7 +3,9 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableWidget>
@@ -63,12 +65,12 @@ QTableWidgetItem* Cell(const QString& text, bool editable) {
 QTableWidget* MakeTable(QWidget* parent, const char* name, const QString& accessible,
                         const QStringList& headers) {
     auto* table = new QTableWidget(0, static_cast<int>(headers.size()), parent);
+    table->setMinimumHeight(200);
     table->setObjectName(name);
     table->setAccessibleName(accessible);
     table->setHorizontalHeaderLabels(headers);
     table->verticalHeader()->hide();
     table->horizontalHeader()->setStretchLastSection(true);
-    table->setMinimumHeight(160);
     table->setTabKeyNavigation(false);  // Tab leaves the table; the arrows move in it
     return table;
 }
@@ -80,21 +82,28 @@ GameObjectPage::GameObjectPage(QWidget* parent) : QWidget(parent) {
     layout->setContentsMargins(0, 0, 0, 0);
     auto* main = new QGroupBox("Page", this);
     main->setObjectName("fraPage");
-    auto* grid = new QGridLayout(main);
+    auto* box = new QVBoxLayout(main);
+    auto* columns = new QHBoxLayout;
+    auto* left = new QGridLayout;
+    auto* right = new QGridLayout;
+    AddField(left, 0, "&Name:", "txtName", "name");
+    AddField(left, 1, "&Model:", "txtModel", "model");
+    AddField(left, 2, "M&edium detail model:", "txtMediumModel", "medium_model");
+    AddField(left, 3, "&Low detail model:", "txtLowModel", "low_model");
     kind_ = new QLabel(main);
     kind_->setObjectName("lblKind");
-    AddRow(grid, 0, "Kind:", kind_);
-    AddField(grid, 1, "&Name:", "txtName", "name");
-    AddField(grid, 2, "&Model:", "txtModel", "model");
-    AddField(grid, 3, "M&edium detail model:", "txtMediumModel", "medium_model");
-    AddField(grid, 4, "&Low detail model:", "txtLowModel", "low_model");
-    AddField(grid, 5, "Si&ze:", "txtSize", "size");
-    AddField(grid, 6, "&Hit points:", "txtHitPoints", "hit_points");
-    AddField(grid, 7, "Sc&ore:", "txtScore", "score");
+    AddRow(right, 0, "Kind:", kind_);
+    AddField(right, 1, "Si&ze:", "txtSize", "size");
+    AddField(right, 2, "&Hit points:", "txtHitPoints", "hit_points");
+    AddField(right, 3, "Sc&ore:", "txtScore", "score");
+    columns->addLayout(left, 3);
+    columns->addSpacing(12);
+    columns->addLayout(right, 1);
+    box->addLayout(columns);
     note_ = new QLabel(main);
     note_->setObjectName("lblPageNote");
     note_->setWordWrap(true);
-    grid->addWidget(note_, 8, 0, 1, 2);
+    box->addWidget(note_);
     layout->addWidget(main);
 
     auto* anim = new QGroupBox("Animation ranges", this);
@@ -109,6 +118,7 @@ GameObjectPage::GameObjectPage(QWidget* parent) : QWidget(parent) {
     for (const char* c : kClassCaptions)
         movement_->addItem(c);
     AddRow(classRow, 0, "Mo&vement:", movement_);
+    classRow->setColumnStretch(2, 1);
     animLayout->addLayout(classRow);
     animation_ = MakeTable(anim, "tblAnimation", "Animation ranges",
                            {"State", "From", "To", "Seconds"});
@@ -226,6 +236,7 @@ void GameObjectPage::FillAnimation() {
     animation_->setEnabled(g != nullptr);
     movement_->setEnabled(g != nullptr);
     const int c = movement_->currentIndex();
+    int firstMarked = -1;
     for (int a = 0; g && a < kAnimStates; ++a) {
         const AnimRange& r = g->Animation[static_cast<std::size_t>(c)][static_cast<std::size_t>(a)];
         QTableWidgetItem* cells[4] = {Cell(kAnimStateKeys[a], false),
@@ -245,6 +256,14 @@ void GameObjectPage::FillAnimation() {
             animation_->setItem(a, col, cells[col]);
         }
         if (!fits) cells[0]->setText(cells[0]->text() + " (past the model's keys)");
+        if (!fits && firstMarked < 0) firstMarked = a;
+    }
+    // A marked range is in view.
+    if (firstMarked >= 0) {
+        QTimer::singleShot(0, animation_, [table = animation_, firstMarked] {
+            if (QTableWidgetItem* item = table->item(firstMarked, 0))
+                table->scrollToItem(item, QAbstractItemView::PositionAtCenter);
+        });
     }
     animation_->resizeColumnToContents(0);
     filling_ = was;
