@@ -76,7 +76,8 @@ int PlayCommand(const std::vector<std::string>& args, std::ostream& out, std::os
     if (const int status = ResolveGameData(data, settings, err)) return status;
     if (!settings.D3HogPath.empty()) setup.GameDir = fs::path(settings.D3HogPath).parent_path();
     if (program.empty()) program = settings.GameProgram;
-    if (program.empty()) program = FindGameProgram(AutofindPlaces::FromEnvironment(), setup.GameDir);
+    if (program.empty())
+        program = FindGameProgram(AutofindPlaces::FromEnvironment(), setup.GameDir);
     setup.Program = program;
     setup.Mission = files[0];
     if (setup.Scratch.empty()) setup.Scratch = DefaultPlayFolder();

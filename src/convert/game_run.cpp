@@ -113,8 +113,8 @@ PreparedPlay PreparePlay(const PlaySetup& setup) {
     }
     if (Lower(setup.Mission.extension().string()) != ".mn3" ||
         !fs::is_regular_file(setup.Mission, ec)) {
-        play.Error = "The game starts a mission from an .mn3 archive; " +
-                     setup.Mission.string() + " is none.";
+        play.Error = "The game starts a mission from an .mn3 archive; " + setup.Mission.string() +
+                     " is none.";
         return play;
     }
     if (setup.Level < 1) {
@@ -126,7 +126,8 @@ PreparedPlay PreparePlay(const PlaySetup& setup) {
     // Only the mission under test: a copy left from an earlier run is replaced.
     const std::string name = setup.Mission.filename().string();
     play.MissionCopy = missions / name;
-    if (!ec) fs::copy_file(setup.Mission, play.MissionCopy, fs::copy_options::overwrite_existing, ec);
+    if (!ec)
+        fs::copy_file(setup.Mission, play.MissionCopy, fs::copy_options::overwrite_existing, ec);
     if (ec) {
         play.Error = "The scratch folder " + setup.Scratch.string() +
                      " could not be prepared: " + ec.message() + ".";
@@ -139,8 +140,8 @@ PreparedPlay PreparePlay(const PlaySetup& setup) {
         play.Arguments.insert(play.Arguments.end(), {"-additionaldir", setup.GameDir.string()});
     }
     play.Arguments.insert(play.Arguments.end(),
-                          {"-additionaldir", setup.Scratch.string(), "-mission", name,
-                           "-loadlevel", std::to_string(setup.Level), "-windowed"});
+                          {"-additionaldir", setup.Scratch.string(), "-mission", name, "-loadlevel",
+                           std::to_string(setup.Level), "-windowed"});
     return play;
 }
 
@@ -170,7 +171,7 @@ void GameLogReader::ReadLine(std::string_view raw) {
             const std::string what = m[1].matched ? m[1].str() : "file";
             kind = (what == "file" ? std::string("file") : what) + " not found";
             page = m[4].matched && !m[4].str().empty() ? "page \"" + m[4].str() + "\""
-                                                         : PageKindOf(m[3].str());
+                                                       : PageKindOf(m[3].str());
         } else if (kind == std::string("file not loaded") && !problems_.empty() &&
                    problems_.back().Kind == "bitmap type refused" &&
                    problems_.back().Subject.empty()) {
@@ -186,7 +187,8 @@ void GameLogReader::ReadLine(std::string_view raw) {
 std::string DescribeProblem(const GameProblem& p) {
     std::string out = p.Kind;
     if (!p.Subject.empty()) out += ": " + p.Subject;
-    if (!p.Page.empty()) out += " (named by " + (p.Page.rfind("page", 0) == 0 ? p.Page : "a " + p.Page) + ")";
+    if (!p.Page.empty())
+        out += " (named by " + (p.Page.rfind("page", 0) == 0 ? p.Page : "a " + p.Page) + ")";
     return out;
 }
 

@@ -22,7 +22,7 @@ struct PreparedPlay {
     std::string Error;  // why the game cannot be started; empty when ready
     std::filesystem::path Program;
     std::vector<std::string> Arguments;
-    std::filesystem::path WorkingDir;  // the scratch folder
+    std::filesystem::path WorkingDir;   // the scratch folder
     std::filesystem::path MissionCopy;  // SCRATCH/missions/NAME.mn3
 };
 
@@ -43,8 +43,7 @@ MissionCopy CompareMissionCopy(const std::filesystem::path& mission,
                                const std::filesystem::path& file);
 // The file put into the mission archive under its own name (replacing the entry of that
 // name; every other entry unchanged). "" or why nothing was written.
-std::string PutIntoMission(const std::filesystem::path& mission,
-                           const std::filesystem::path& file);
+std::string PutIntoMission(const std::filesystem::path& mission, const std::filesystem::path& file);
 
 // What the message says, when the game cannot be started for want of a program.
 std::string NoGameProgramMessage();
@@ -88,10 +87,10 @@ class GameOutput {
 
 struct GameRunResult {
     bool Started = false;
-    bool Stopped = false;   // ended through KeepRunning
-    bool Crashed = false;   // ended by a signal
+    bool Stopped = false;  // ended through KeepRunning
+    bool Crashed = false;  // ended by a signal
     int ExitCode = 0;
-    std::string Error;      // why it did not start
+    std::string Error;  // why it did not start
 };
 
 // Runs the prepared game until it ends, handing its output on.

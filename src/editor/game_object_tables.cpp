@@ -4,8 +4,8 @@
 #include <set>
 
 #include "gamedata/file_names.h"
-#include "gamedata/game_object.h"
 #include "gamedata/gam_json.h"
+#include "gamedata/game_object.h"
 #include "gamedata/hog.h"
 #include "gamedata/hog_writer.h"
 #include "gamedata/settings.h"
@@ -30,8 +30,8 @@ bool IsObjectPage(const TablePage& page) {
 
 }  // namespace
 
-void GameObjectTables::Load(const GameData& game, const Settings& settings,
-                            const fs::path& mission, const std::string& modelFile) {
+void GameObjectTables::Load(const GameData& game, const Settings& settings, const fs::path& mission,
+                            const std::string& modelFile) {
     *this = GameObjectTables{};
     modelFile_ = modelFile;
     tables_ = ReadGameTables(game.Hog, settings, skipped_);
@@ -152,8 +152,7 @@ std::string GameObjectTables::Edited(const std::string& page, const std::string&
             return "The mission already has a page named \"" + value + "\".";
     } else if (path == "model" || path == "medium_model" || path == "low_model") {
         if (!value.empty() || path == "model") {
-            if (std::string problem = ModelNameProblem(value1252); !problem.empty())
-                return problem;
+            if (std::string problem = ModelNameProblem(value1252); !problem.empty()) return problem;
         }
     }
     return SetPageField(target, path, value);

@@ -93,7 +93,7 @@ class GameObjectTables {
     std::string missionProblem_;
     std::string modelFile_;
     TableFile mission_;
-    std::vector<std::uint8_t> saved_;     // the table's bytes as last read or saved
+    std::vector<std::uint8_t> saved_;       // the table's bytes as last read or saved
     std::vector<std::string> modelsKnown_;  // model files of the archives, lower case
     std::vector<GamTable> undo_, redo_;
 };

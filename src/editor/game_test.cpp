@@ -28,10 +28,9 @@ std::optional<PlaySetup> PrepareTestInGame(Document& doc, FileCommands& files,
     }
     if (doc.hasModel()) {
         if (doc.isModified() || doc.NeedsName()) {
-            const auto answer =
-                prompts.Ask(parent, "Save " + doc.ModelTitle() + " before testing it in the game?",
-                            QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-                            PromptIcon::Question);
+            const auto answer = prompts.Ask(
+                parent, "Save " + doc.ModelTitle() + " before testing it in the game?",
+                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, PromptIcon::Question);
             if (answer == QMessageBox::Cancel) return std::nullopt;
             if (answer == QMessageBox::Yes && !files.Save()) return std::nullopt;
         }
@@ -39,16 +38,16 @@ std::optional<PlaySetup> PrepareTestInGame(Document& doc, FileCommands& files,
         const MissionCopy copy = CompareMissionCopy(mission.filePath().toStdString(), model);
         if ((copy == MissionCopy::Differs || copy == MissionCopy::Missing) && !doc.NeedsName()) {
             const QString name = QFileInfo(doc.ModelPath()).fileName();
-            const QString text =
-                copy == MissionCopy::Differs
-                    ? "The mission's " + name + " is not the saved model. Put the saved model "
-                                                "into " + mission.fileName() + " first?"
-                    : mission.fileName() + " holds no " + name +
-                          ". Put the saved model into it first?";
-            const auto answer = prompts.Ask(parent, text,
-                                            QMessageBox::Yes | QMessageBox::No |
-                                                QMessageBox::Cancel,
-                                            PromptIcon::Question);
+            const QString text = copy == MissionCopy::Differs
+                                     ? "The mission's " + name +
+                                           " is not the saved model. Put the saved model "
+                                           "into " +
+                                           mission.fileName() + " first?"
+                                     : mission.fileName() + " holds no " + name +
+                                           ". Put the saved model into it first?";
+            const auto answer =
+                prompts.Ask(parent, text, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+                            PromptIcon::Question);
             if (answer == QMessageBox::Cancel) return std::nullopt;
             if (answer == QMessageBox::Yes) {
                 const std::string error = PutIntoMission(mission.filePath().toStdString(), model);

@@ -233,7 +233,8 @@ std::string FindGameProgram(const AutofindPlaces& places, const fs::path& gameDi
     if (!gameDir.empty()) folders = {gameDir, gameDir / "build" / "Descent3", gameDir / "bin"};
     folders.insert(folders.end(), places.programFolders.begin(), places.programFolders.end());
     if (!places.home.empty()) {
-        for (const char* mine : {".local/bin", "Descent3", "Descent3/build/Descent3", "Games/Descent3"})
+        for (const char* mine :
+             {".local/bin", "Descent3", "Descent3/build/Descent3", "Games/Descent3"})
             folders.push_back(places.home / mine);
     }
     for (const fs::path& folder : folders) {

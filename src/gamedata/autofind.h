@@ -21,9 +21,9 @@ struct AutofindPlaces {
 };
 
 struct AutofindResult {
-    std::string gameDir;   // ends in the separator; empty when no game folder was found
-    std::string d3Hog;     // the d3.hog found there, or empty
-    std::string compiler;  // pofgen.exe or bspgen.exe, there or in a subfolder, or empty
+    std::string gameDir;      // ends in the separator; empty when no game folder was found
+    std::string d3Hog;        // the d3.hog found there, or empty
+    std::string compiler;     // pofgen.exe or bspgen.exe, there or in a subfolder, or empty
     std::string gameProgram;  // the open-source engine's program, or empty
 };
 

@@ -44,7 +44,7 @@ fs::path StandInGame(const fs::path& dir) {
 fs::path Mission(const fs::path& dir, const std::string& name = "Test.mn3") {
     const fs::path path = dir / name;
     WriteFileReplacing(path, WriteHOG({{"Test.gam", GamWriter().sound("Bang", "bang.wav").bytes()},
-                                   {"test.msn", Bytes{'N', 'A', 'M', 'E'}}}));
+                                       {"test.msn", Bytes{'N', 'A', 'M', 'E'}}}));
     return path;
 }
 
@@ -97,17 +97,16 @@ TEST(GameRun, LogLinesAsTheEnginePrintsThem) {
     std::vector<std::string> described;
     for (const GameProblem& p : log.Problems())
         described.push_back(DescribeProblem(p));
-    EXPECT_EQ(described,
-              (std::vector<std::string>{
-                  "file not found: robot.oof (named by a generic page)",
-                  "weapon not found: Plasma Gun (named by page \"Sample Robot\")",
-                  "file not found: ship_dying.oof (named by a ship page)",
-                  "redundant page: Sample Robot",
-                  "file not found: hull.ogf",
-                  "bitmap type refused: wing.ogf",
-                  "keys missing: robot.oof",
-                  "file not found: thrustball",
-              }));
+    EXPECT_EQ(described, (std::vector<std::string>{
+                             "file not found: robot.oof (named by a generic page)",
+                             "weapon not found: Plasma Gun (named by page \"Sample Robot\")",
+                             "file not found: ship_dying.oof (named by a ship page)",
+                             "redundant page: Sample Robot",
+                             "file not found: hull.ogf",
+                             "bitmap type refused: wing.ogf",
+                             "keys missing: robot.oof",
+                             "file not found: thrustball",
+                         }));
     EXPECT_EQ(log.Problems()[0].Line,
               "ERROR: Couldn't load file 'robot.oof' in AssignGenericPage...");
 }
@@ -154,17 +153,17 @@ TEST(CliPlay, StartsTheGameShowsItsOutputAndListsWhatFailed) {
               std::string::npos)
         << run.out;
     const std::string play = (dir / "play").string();
-    EXPECT_EQ(Slurp(dir / "args.txt"),
-              play + "\n-setdir\n" + play + "\n-additionaldir\n" + dir.path().string() +
-                  "\n-additionaldir\n" + play + "\n-mission\nMy Mission.mn3\n-loadlevel\n3\n"
-                  "-windowed\n");
+    EXPECT_EQ(Slurp(dir / "args.txt"), play + "\n-setdir\n" + play + "\n-additionaldir\n" +
+                                           dir.path().string() + "\n-additionaldir\n" + play +
+                                           "\n-mission\nMy Mission.mn3\n-loadlevel\n3\n"
+                                           "-windowed\n");
     EXPECT_TRUE(fs::exists(dir / "play" / "missions" / "My Mission.mn3"));
 
     EXPECT_EQ(test::Cli({"play", mission.string(), "--level", "0"}).status, 64);
-    EXPECT_EQ(test::Cli({"play", (dir / "gone.mn3").string(), "--game", game.string(),
-                         "--scratch", play})
-                  .status,
-              66);
+    EXPECT_EQ(
+        test::Cli({"play", (dir / "gone.mn3").string(), "--game", game.string(), "--scratch", play})
+            .status,
+        66);
 }
 
 TEST(CliPlay, WithoutAGameProgramSaysWhatToInstall) {
@@ -175,8 +174,8 @@ TEST(CliPlay, WithoutAGameProgramSaysWhatToInstall) {
     const std::string oldHome = std::getenv("HOME") ? std::getenv("HOME") : "";
     setenv("PATH", dir.path().c_str(), 1);
     setenv("HOME", dir.path().c_str(), 1);
-    const test::CliRun run = test::Cli({"play", Mission(dir.path()).string(), "--scratch",
-                                        (dir / "play").string()});
+    const test::CliRun run =
+        test::Cli({"play", Mission(dir.path()).string(), "--scratch", (dir / "play").string()});
     setenv("PATH", oldPath.c_str(), 1);
     setenv("HOME", oldHome.c_str(), 1);
     if (run.status == 0 || run.status == 65) GTEST_SKIP() << "this machine has the game installed";

@@ -30,9 +30,8 @@ class GameObjectWindowTest : public EditorTest {
         robot.FirstWeapon = "Laser";
         robot.FirstMask = 0x03;
         mission_ = dir_ / "sample.mn3";
-        WriteFileReplacing(mission_,
-                           WriteHOG({{"sample.gam", GamWriter().object(robot).bytes()},
-                                     {"ship.oof", *ReadFileBytes(kShip)}}));
+        WriteFileReplacing(mission_, WriteHOG({{"sample.gam", GamWriter().object(robot).bytes()},
+                                               {"ship.oof", *ReadFileBytes(kShip)}}));
         settings_.MN3GAMPath = mission_.string();
     }
     test::TempDir dir_{"game-object-window"};

@@ -196,7 +196,8 @@ void GameObjectDialog::Refresh() {
         const ObjectPageItem& it = items_[i];
         list_->addTopLevelItem(
             new QTreeWidgetItem({Q(it.Kind), Q(it.Name), it.InMission ? "mission" : Q(it.Source)}));
-        if (!keepName.empty() && EqualsIgnoringCase(it.Name, keepName) && it.InMission == keepMission)
+        if (!keepName.empty() && EqualsIgnoringCase(it.Name, keepName) &&
+            it.InMission == keepMission)
             select = static_cast<int>(i);
     }
     for (int c = 0; c < 3; ++c)
@@ -259,7 +260,8 @@ bool GameObjectDialog::ChooseMission() {
 }
 
 void GameObjectDialog::NewObjectLike() {
-    if (tables_.ModelFile().empty()) return Report("Save the model first: pages name a model by its file name.");
+    if (tables_.ModelFile().empty())
+        return Report("Save the model first: pages name a model by its file name.");
     if (!tables_.HasMission() && !ChooseMission()) return;
     QStringList names;
     for (const std::string& n : tables_.CopyableNames())
@@ -280,7 +282,8 @@ void GameObjectDialog::NewObjectLike() {
 }
 
 void GameObjectDialog::ReplacePage() {
-    if (tables_.ModelFile().empty()) return Report("Save the model first: pages name a model by its file name.");
+    if (tables_.ModelFile().empty())
+        return Report("Save the model first: pages name a model by its file name.");
     if (!tables_.HasMission() && !ChooseMission()) return;
     QStringList names;
     for (const std::string& n : tables_.CopyableNames())

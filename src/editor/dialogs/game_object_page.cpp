@@ -5,10 +5,10 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <set>
 
@@ -120,8 +120,8 @@ GameObjectPage::GameObjectPage(QWidget* parent) : QWidget(parent) {
     AddRow(classRow, 0, "Mo&vement:", movement_);
     classRow->setColumnStretch(2, 1);
     animLayout->addLayout(classRow);
-    animation_ = MakeTable(anim, "tblAnimation", "Animation ranges",
-                           {"State", "From", "To", "Seconds"});
+    animation_ =
+        MakeTable(anim, "tblAnimation", "Animation ranges", {"State", "From", "To", "Seconds"});
     animLayout->addWidget(animation_);
     layout->addWidget(anim);
     connect(movement_, &QComboBox::currentIndexChanged, this, [this] { FillAnimation(); });
@@ -174,8 +174,7 @@ void GameObjectPage::Show(const TablePage* page, const ModelData& model, bool ed
 }
 
 void GameObjectPage::FillFields() {
-    const nlohmann::ordered_json j =
-        page_ ? PageJson(*page_) : nlohmann::ordered_json::object();
+    const nlohmann::ordered_json j = page_ ? PageJson(*page_) : nlohmann::ordered_json::object();
     kind_->setText(page_ ? QString::fromStdString(j.value("kind", std::string())) : "-");
     const bool weapon = page_ && page_->Type == static_cast<std::uint8_t>(PageType::Weapon);
     for (QLineEdit* f : fields_) {
@@ -189,9 +188,9 @@ void GameObjectPage::FillFields() {
         f->setToolTip({});
     }
     note_->setText(page_ == nullptr ? "Choose a page above."
-                   : editable_     ? QString()
-                                   : "This page is the game's. Replace... puts a copy into the "
-                                     "mission, where it can be changed.");
+                   : editable_      ? QString()
+                                    : "This page is the game's. Replace... puts a copy into the "
+                                      "mission, where it can be changed.");
     note_->setVisible(!note_->text().isEmpty());
     emit problemChanged({});
 }
@@ -229,9 +228,8 @@ void GameObjectPage::FillAnimation() {
     const bool was = filling_;
     filling_ = true;
     const auto* g = page_ ? RecordAs<GenericRecord>(page_->Record) : nullptr;
-    frames_->setText(QString("The model's keys: frames %1 to %2.")
-                         .arg(model_->FrameMin)
-                         .arg(model_->FrameMax));
+    frames_->setText(
+        QString("The model's keys: frames %1 to %2.").arg(model_->FrameMin).arg(model_->FrameMax));
     animation_->setRowCount(g ? kAnimStates : 0);
     animation_->setEnabled(g != nullptr);
     movement_->setEnabled(g != nullptr);
@@ -302,14 +300,15 @@ void GameObjectPage::FillBatteries() {
             fires = fires || f.Mask != 0;
         if (!fires && b >= modelBatteries) continue;
         const std::size_t guns =
-            b < modelBatteries ? model_->Batteries[static_cast<std::size_t>(b)].GunPoints.size() : 0;
+            b < modelBatteries ? model_->Batteries[static_cast<std::size_t>(b)].GunPoints.size()
+                               : 0;
         QString why;
         if (fires && b >= modelBatteries) {
             why = QString("The model has %1 weapon batteries.").arg(modelBatteries);
         } else {
             for (int k = 0; k < kBatteryMasks && why.isEmpty(); ++k) {
-                const int g = FirstMissingGunPoint(blocks[b]->Masks[static_cast<std::size_t>(k)].Mask,
-                                                   guns);
+                const int g =
+                    FirstMissingGunPoint(blocks[b]->Masks[static_cast<std::size_t>(k)].Mask, guns);
                 if (g >= 0) {
                     why = QString("Firing mask %1 fires gun point %2; the model's battery has %3.")
                               .arg(k)

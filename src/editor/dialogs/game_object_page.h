@@ -49,8 +49,8 @@ class GameObjectPage : public QWidget {
     void problemChanged(const QString& text);
 
   private:
-    QLineEdit* AddField(QGridLayout* grid, int row, const QString& caption,
-                        const char* name, const char* path);
+    QLineEdit* AddField(QGridLayout* grid, int row, const QString& caption, const char* name,
+                        const char* path);
     void FieldTyped(QLineEdit* field);
     void FieldLeft(QLineEdit* field);
     void FillFields();

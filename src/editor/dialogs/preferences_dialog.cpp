@@ -123,9 +123,8 @@ QWidget* frmPreferences::BuildPaths() {
     auto* v = new QVBoxLayout(group);
     const char* const names[6] = {"txtD3Path",     "txtMN3GAMPath", "txtOGFPath",
                                   "txtPathPofgen", "txtBackground", "txtGameProgram"};
-    const char* const frames[6] = {"D3 Hog File",     "Custom MN3/HOG, GAM File",
-                                   "Custom OGF Path", "Pofgen.exe File",
-                                   "Background Image", "Game program:"};
+    const char* const frames[6] = {"D3 Hog File",     "Custom MN3/HOG, GAM File", "Custom OGF Path",
+                                   "Pofgen.exe File", "Background Image",         "Game program:"};
     for (int i = 0; i < 6; ++i) {
         auto* frame = new QGroupBox(frames[i], group);
         auto* row = new QHBoxLayout(frame);

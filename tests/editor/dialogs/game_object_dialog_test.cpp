@@ -45,7 +45,8 @@ class GameObjectDialogTest : public ::testing::Test {
         table_ = GamWriter().sound("Bang", "bang.wav").object(mine).bytes();
         readme_ = {'h', 'e', 'l', 'l', 'o'};
         mission_ = dir_ / "mymission.mn3";
-        WriteFileReplacing(mission_, WriteHOG({{"mymission.gam", table_}, {"readme.txt", readme_}}));
+        WriteFileReplacing(mission_,
+                           WriteHOG({{"mymission.gam", table_}, {"readme.txt", readme_}}));
         settings_.MN3GAMPath = mission_.string();
     }
 
@@ -91,7 +92,8 @@ class GameObjectDialogTest : public ::testing::Test {
 TEST_F(GameObjectDialogTest, ListsThePagesNamingTheModelAndMarksWhatDoesNotFit) {
     Open();
     EXPECT_EQ(dialog_->windowTitle(), "Game Object - ship.oof");
-    EXPECT_EQ(Listed(), (QStringList{"generic Mission Ship / mission", "generic Sample Ship / d3.hog"}));
+    EXPECT_EQ(Listed(),
+              (QStringList{"generic Mission Ship / mission", "generic Sample Ship / d3.hog"}));
     GameObjectPage& page = dialog_->page();
     const int idle = StateIndex("idle");
     QTableWidget& anim = page.animationTable();
@@ -172,13 +174,13 @@ TEST_F(GameObjectDialogTest, NewObjectLikeAndReplace) {
     Open();
     std::deque<QString> answers = {"Sample Ship", "Sample Ship Mk2", "Sample Ship", "Sample Ship"};
     QStringList offered;
-    dialog_->SetTextAsker([&](QWidget*, const QString&, const QString&, const QStringList& choices,
-                              const QString&) {
-        if (!choices.isEmpty()) offered = choices;
-        const QString a = answers.front();
-        answers.pop_front();
-        return a;
-    });
+    dialog_->SetTextAsker(
+        [&](QWidget*, const QString&, const QString&, const QStringList& choices, const QString&) {
+            if (!choices.isEmpty()) offered = choices;
+            const QString a = answers.front();
+            answers.pop_front();
+            return a;
+        });
     dialog_->NewObjectLike();
     EXPECT_EQ(offered, (QStringList{"Mission Ship", "Sample Ship"}));
     EXPECT_EQ(dialog_->findChild<QLineEdit*>("txtName")->text(), "Sample Ship Mk2");
@@ -186,16 +188,14 @@ TEST_F(GameObjectDialogTest, NewObjectLikeAndReplace) {
     EXPECT_FALSE(dialog_->findChild<QLineEdit*>("txtSize")->isReadOnly());
 
     dialog_->ReplacePage();
-    EXPECT_EQ(Listed(), (QStringList{"generic Mission Ship / mission",
-                                     "generic Sample Ship Mk2 / mission",
-                                     "generic Sample Ship / mission",
-                                     "generic Sample Ship / d3.hog"}));
+    EXPECT_EQ(Listed(),
+              (QStringList{"generic Mission Ship / mission", "generic Sample Ship Mk2 / mission",
+                           "generic Sample Ship / mission", "generic Sample Ship / d3.hog"}));
     EXPECT_EQ(dialog_->pageList().currentItem()->text(2), "mission");
     // A second replacement of the same page is refused with a message.
     dialog_->ReplacePage();
     ASSERT_EQ(prompts_.messages.size(), 1u);
-    EXPECT_EQ(prompts_.messages[0].text,
-              "The mission already has a page named \"Sample Ship\".");
+    EXPECT_EQ(prompts_.messages[0].text, "The mission already has a page named \"Sample Ship\".");
 
     // Closing with unsaved pages asks; Yes saves them.
     prompts_.answers = {QMessageBox::Yes};

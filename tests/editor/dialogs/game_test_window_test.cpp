@@ -47,7 +47,8 @@ std::string Slurp(const fs::path& p) {
 TEST(GameTestWindowTest, StartsTheGameShowsItsOutputAndListsTheFailure) {
     test::TempDir dir("test-in-game");
     const fs::path mission = dir / "demo.mn3";
-    WriteFileReplacing(mission, WriteHOG({{"demo.gam", GamWriter().sound("Bang", "b.wav").bytes()}}));
+    WriteFileReplacing(mission,
+                       WriteHOG({{"demo.gam", GamWriter().sound("Bang", "b.wav").bytes()}}));
     GameTestWindow window;
     window.show();
     QSignalSpy ended(&window, &GameTestWindow::gameEnded);
@@ -57,8 +58,9 @@ TEST(GameTestWindowTest, StartsTheGameShowsItsOutputAndListsTheFailure) {
     const std::string scratch = (dir / "scratch").string();
     EXPECT_EQ(Slurp(dir / "args.txt"), scratch + "\n-setdir\n" + scratch + "\n-additionaldir\n" +
                                            (dir / "game").string() + "\n-additionaldir\n" +
-                                           scratch + "\n-mission\ndemo.mn3\n-loadlevel\n1\n"
-                                                     "-windowed\n");
+                                           scratch +
+                                           "\n-mission\ndemo.mn3\n-loadlevel\n1\n"
+                                           "-windowed\n");
     EXPECT_TRUE(fs::exists(dir / "scratch" / "missions" / "demo.mn3"));
     EXPECT_TRUE(window.output().toPlainText().contains("Loading level 1"));
     EXPECT_EQ(window.status().text(), "The game ended with exit code 0.");
@@ -122,7 +124,8 @@ TEST_F(TestInGamePreparation, WithoutAGameProgramSaysWhatToInstallAndWhere) {
 TEST_F(TestInGamePreparation, PutsTheSavedModelIntoTheMissionWhenAsked) {
     prompts_.answers = {QMessageBox::Cancel};
     EXPECT_FALSE(Prepare());
-    EXPECT_EQ(prompts_.questions.value(0), "demo.mn3 holds no ship.oof. Put the saved model into it first?");
+    EXPECT_EQ(prompts_.questions.value(0),
+              "demo.mn3 holds no ship.oof. Put the saved model into it first?");
     prompts_.answers = {QMessageBox::Yes};
     const auto setup = Prepare();
     ASSERT_TRUE(setup);

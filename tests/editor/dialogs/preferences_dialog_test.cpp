@@ -211,9 +211,8 @@ TEST_F(PreferencesTest, ResetClearAndBrowse) {
     EXPECT_TRUE(dialog_->okButton().isEnabled());
 
     dialog_->ClearAllPaths();
-    for (const char* name :
-         {"txtD3Path", "txtMN3GAMPath", "txtOGFPath", "txtPathPofgen", "txtBackground",
-          "txtGameProgram"})
+    for (const char* name : {"txtD3Path", "txtMN3GAMPath", "txtOGFPath", "txtPathPofgen",
+                             "txtBackground", "txtGameProgram"})
         EXPECT_EQ(Field(name)->text(), "") << name;
 
     prompts_.fileNames = {Q(dir_ / "Descent3" / "d3.hog"), Q(dir_ / "tools" / "gcc"), ""};
