@@ -45,6 +45,21 @@ QPushButton* Button(QWidget* parent, const QString& caption, const char* name,
     return b;
 }
 
+// A list under its label, which names it for assistive tools and gives its shortcut.
+QTreeWidget* LabelledList(QWidget* parent, QVBoxLayout* layout, const QString& caption,
+                          const char* name, const QStringList& headers) {
+    auto* label = new QLabel(caption, parent);
+    auto* list = new QTreeWidget(parent);
+    list->setObjectName(name);
+    list->setAccessibleName(QString(caption).remove('&').remove(':'));
+    list->setHeaderLabels(headers);
+    list->setRootIsDecorated(false);
+    label->setBuddy(list);
+    layout->addWidget(label);
+    layout->addWidget(list);
+    return list;
+}
+
 const char* SeverityText(Severity s) {
     return s == Severity::Error ? "Error" : s == Severity::Warning ? "Warning" : "Note";
 }
@@ -83,17 +98,10 @@ GameObjectDialog::GameObjectDialog(Document& doc, GameData& game, Settings& sett
     missionRow->addWidget(chooseMission);
     layout->addLayout(missionRow);
 
-    auto* listLabel = new QLabel("&Pages that name this model:", content);
-    list_ = new QTreeWidget(content);
-    list_->setObjectName("lstPages");
-    list_->setAccessibleName("Pages that name this model");
-    list_->setHeaderLabels({"Kind", "Name", "From"});
-    list_->setRootIsDecorated(false);
+    list_ = LabelledList(content, layout, "&Pages that name this model:", "lstPages",
+                         {"Kind", "Name", "From"});
     list_->setMinimumHeight(80);
     list_->setMaximumHeight(130);
-    listLabel->setBuddy(list_);
-    layout->addWidget(listLabel);
-    layout->addWidget(list_);
     auto* pageButtons = new QHBoxLayout;
     auto* newLike = Button(content, "&New Object Like...", "cmdNewObjectLike", "New Object Like");
     auto* replace = Button(content, "&Replace...", "cmdReplace", "Replace a game page");
@@ -109,16 +117,9 @@ GameObjectDialog::GameObjectDialog(Document& doc, GameData& game, Settings& sett
     problem_->setWordWrap(true);
     problem_->setStyleSheet("color: #a00000;");
     layout->addWidget(problem_);
-    auto* findingsLabel = new QLabel("&What the check finds:", content);
-    findings_ = new QTreeWidget(content);
-    findings_->setObjectName("lstFindings");
-    findings_->setAccessibleName("What the check finds");
-    findings_->setHeaderLabels({"Severity", "Code", "Message"});
-    findings_->setRootIsDecorated(false);
+    findings_ = LabelledList(content, layout, "&What the check finds:", "lstFindings",
+                             {"Severity", "Code", "Message"});
     findings_->setMinimumHeight(90);
-    findingsLabel->setBuddy(findings_);
-    layout->addWidget(findingsLabel);
-    layout->addWidget(findings_);
     scroll->setWidget(content);
     outer->addWidget(scroll, 1);
 
@@ -259,20 +260,19 @@ bool GameObjectDialog::ChooseMission() {
     return tables_.HasMission();
 }
 
-void GameObjectDialog::NewObjectLike() {
-    if (tables_.ModelFile().empty())
-        return Report("Save the model first: pages name a model by its file name.");
-    if (!tables_.HasMission() && !ChooseMission()) return;
+QStringList GameObjectDialog::PagesToCopy() {
+    if (tables_.ModelFile().empty()) {
+        Report("Save the model first: pages name a model by its file name.");
+        return {};
+    }
+    if (!tables_.HasMission() && !ChooseMission()) return {};
     QStringList names;
     for (const std::string& n : tables_.CopyableNames())
         names << Q(n);
-    const ObjectPageItem* item = ChosenItem();
-    const QString like = ask_(this, "New Object Like", "A copy of the page:", names,
-                              item ? Q(item->Name) : QString());
-    if (like.isEmpty()) return;
-    const QString name = ask_(this, "New Object Like", "The new object's name:", {}, "");
-    if (name.isEmpty()) return;
-    const std::string error = tables_.NewObjectLike(like.toStdString(), name.toStdString());
+    return names;
+}
+
+void GameObjectDialog::Added(const std::string& error, const QString& name) {
     Refresh();
     if (error.empty()) {
         SelectPage(name);
@@ -281,22 +281,24 @@ void GameObjectDialog::NewObjectLike() {
     }
 }
 
+void GameObjectDialog::NewObjectLike() {
+    const QStringList names = PagesToCopy();
+    if (names.isEmpty()) return;
+    const ObjectPageItem* item = ChosenItem();
+    const QString like = ask_(this, "New Object Like", "A copy of the page:", names,
+                              item ? Q(item->Name) : QString());
+    if (like.isEmpty()) return;
+    const QString name = ask_(this, "New Object Like", "The new object's name:", {}, "");
+    if (name.isEmpty()) return;
+    Added(tables_.NewObjectLike(like.toStdString(), name.toStdString()), name);
+}
+
 void GameObjectDialog::ReplacePage() {
-    if (tables_.ModelFile().empty())
-        return Report("Save the model first: pages name a model by its file name.");
-    if (!tables_.HasMission() && !ChooseMission()) return;
-    QStringList names;
-    for (const std::string& n : tables_.CopyableNames())
-        names << Q(n);
+    const QStringList names = PagesToCopy();
+    if (names.isEmpty()) return;
     const QString name = ask_(this, "Replace", "The game's page the mission replaces:", names, "");
     if (name.isEmpty()) return;
-    const std::string error = tables_.Replace(name.toStdString());
-    Refresh();
-    if (error.empty()) {
-        SelectPage(name);
-    } else {
-        Report(error);
-    }
+    Added(tables_.Replace(name.toStdString()), name);
 }
 
 void GameObjectDialog::SelectPage(const QString& name) {

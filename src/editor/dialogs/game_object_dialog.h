@@ -58,6 +58,10 @@ class GameObjectDialog : public QDialog {
     void ShowChosenPage();
     void FieldEdited(const QString& path, const QString& value);
     void Report(const std::string& error);
+    // The pages a new one may copy, once a mission is there to hold it (empty: none).
+    QStringList PagesToCopy();
+    // After a page was added: the list with the new page chosen, or why there is none.
+    void Added(const std::string& error, const QString& name);
     const ObjectPageItem* ChosenItem() const;
 
     Document& doc_;
