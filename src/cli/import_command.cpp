@@ -58,6 +58,10 @@ int ImportCommand(const std::vector<std::string>& args, std::ostream& out, std::
         << m.Textures.size() << " textures, " << m.GunPoints.size() << " gun points, "
         << m.AttachPoints.size() << " attach points, " << m.GroundPoints.size() << " ground points"
         << (result.Exact ? "; as exported" : "") << ").\n";
+    if (result.MergedTriangles > 0) {
+        out << "Joined " << result.MergedTriangles
+            << " triangles into the polygons they were cut from.\n";
+    }
     for (const std::string& note : result.Notes)
         out << "Note: " << note << "\n";
     for (const Finding& f : CheckModel(m, nullptr))

@@ -24,6 +24,7 @@ struct ImportResult {
     ModelData Model;                 // as after a load
     bool Exact = false;              // rebuilt from our own extras
     std::vector<std::string> Notes;  // what was changed on the way in, for people
+    int MergedTriangles = 0;         // triangles joined back into polygons
 };
 
 ImportResult ImportModel(const std::filesystem::path& path, const ImportOptions& options = {});

@@ -6,8 +6,10 @@
 #include <cstring>
 
 #include "convert/gltf_common.h"
+#include "convert/polygon_merge.h"
 #include "model/game_check.h"
 #include "model/geometry.h"
+#include "model/properties.h"
 #include "model/text_codec.h"
 #include "model/texture_rename.h"
 
@@ -322,6 +324,12 @@ void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub
         }
     }
     if (anyMissingNormals) FaceAveragedNormals(sub);
+    // Triangles back into the polygons they were cut from; a glow, thruster or facing part
+    // is drawn as one face of at most 30 corners.
+    ParseProperties(sub);
+    const bool single = (sub.PropertyFlags & (kPropFacing | kPropGlow)) != 0;
+    MergedTriangles +=
+        MergeCoplanarTriangles(sub, single ? kGameMaxSingleFaceCorners : kGameMaxFaceCorners);
     sub.BoxMin = {90000.0f, 90000.0f, 90000.0f};
     sub.BoxMax = {-90000.0f, -90000.0f, -90000.0f};
     for (const Vertex& v : sub.Vertices) {

@@ -27,6 +27,8 @@ class SceneModelBuilder {
 
     // What the model could not keep as the file had it (texture names cut), for people.
     std::vector<std::string> Notes;
+    // How many triangles were joined into polygons.
+    int MergedTriangles = 0;
 
   private:
     bool HasFaces(int node) const;

@@ -112,7 +112,9 @@ TEST(ModelImport, GltfNodesBecomeSubObjectsAndPoints) {
         EXPECT_NEAR(std::fabs(v.Position.Z), 2.0f, 1e-5f);
     }
     // The square faced +Z, turned it faces +X, mirrored -X; normals computed as none given.
-    ASSERT_EQ(body.FaceCount(), 2);
+    // Its two triangles are one face again.
+    ASSERT_EQ(body.FaceCount(), 1);
+    EXPECT_EQ(body.Faces[0].VertexCount, 4);
     ExpectNear(body.Faces[0].Normal, {-1.0f, 0.0f, 0.0f});
     ExpectNear(body.Vertices[0].Normal, {-1.0f, 0.0f, 0.0f});
     ASSERT_EQ(m.Textures.size(), 1u);
@@ -130,6 +132,19 @@ TEST(ModelImport, GltfNodesBecomeSubObjectsAndPoints) {
     ExpectNear(m.GunPoints[0].Position, {-2.0f, 0.0f, 0.0f});
     ExpectNear(m.GunPoints[0].Normal, {0.0f, 1.0f, 0.0f});
     ExpectAsLoaded(m);
+}
+
+TEST(ModelImport, AThrusterOfTwoTrianglesIsOneFace) {
+    const test::TempDir dir("import_thruster");
+    std::string gltf = SceneGltf();
+    gltf.replace(gltf.find("$rotate=5"), 9, "$thruster=1,0.5,0.1,2");
+    WriteText(dir / "thruster.gltf", gltf);
+    const ImportResult r = ImportModel(dir / "thruster.gltf");
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    EXPECT_EQ(r.MergedTriangles, 2);  // the thruster's and the flap's
+    EXPECT_EQ(r.Model.Sub(0).FaceCount(), 1);
+    for (const Finding& f : CheckModel(r.Model))
+        EXPECT_NE(f.Code, "single-face-required");
 }
 
 TEST(ModelImport, ObjQuadsStayQuadsWithTheirTextureNames) {

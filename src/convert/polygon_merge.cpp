@@ -1,0 +1,202 @@
+#include "convert/polygon_merge.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <unordered_map>
+
+#include "model/geometry.h"
+
+namespace mw {
+namespace {
+
+struct D3 {
+    double X = 0, Y = 0, Z = 0;
+};
+D3 Of(Vector3 v) {
+    return {v.X, v.Y, v.Z};
+}
+D3 Minus(D3 a, D3 b) {
+    return {a.X - b.X, a.Y - b.Y, a.Z - b.Z};
+}
+D3 Cross(D3 a, D3 b) {
+    return {a.Y * b.Z - a.Z * b.Y, a.Z * b.X - a.X * b.Z, a.X * b.Y - a.Y * b.X};
+}
+double Dot(D3 a, D3 b) {
+    return a.X * b.X + a.Y * b.Y + a.Z * b.Z;
+}
+
+struct Poly {
+    Face F;
+    std::vector<FaceVertex> Corners;
+    bool FromTriangle = false;
+    bool Alive = true;
+};
+
+std::uint64_t EdgeKey(std::int32_t a, std::int32_t b) {
+    return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(a)) << 32) |
+           static_cast<std::uint32_t>(b);
+}
+
+class Merger {
+  public:
+    Merger(SubObject& sub, int maxCorners) : sub_(sub), max_(maxCorners) {
+        Vector3 lo = sub.Vertices.empty() ? Vector3{} : sub.Vertices[0].Position, hi = lo;
+        for (const Vertex& v : sub.Vertices) {
+            lo = ComponentMin(lo, v.Position);
+            hi = ComponentMax(hi, v.Position);
+        }
+        const double size = std::max(1e-3, static_cast<double>(Length(Subtract(hi, lo))));
+        planeTolerance_ = 1e-4 * size;
+        turnTolerance_ = 1e-6 * size * size;
+        std::size_t at = 0;
+        for (const Face& f : sub.Faces) {
+            Poly p;
+            p.F = f;
+            p.Corners.assign(sub.Corners.begin() + static_cast<std::ptrdiff_t>(at),
+                             sub.Corners.begin() + static_cast<std::ptrdiff_t>(at) + f.VertexCount);
+            p.FromTriangle = f.VertexCount == 3;
+            at += static_cast<std::size_t>(f.VertexCount);
+            polys_.push_back(std::move(p));
+        }
+        for (std::size_t i = 0; i < polys_.size(); ++i)
+            Register(i);
+    }
+
+    int Run() {
+        int absorbed = 0;
+        for (std::size_t i = 0; i < polys_.size(); ++i) {
+            if (!polys_[i].FromTriangle || !polys_[i].Alive) continue;
+            for (bool grown = true; grown;) {
+                grown = false;
+                const std::vector<FaceVertex> loop = polys_[i].Corners;
+                for (std::size_t e = 0; e < loop.size() && !grown; ++e) {
+                    const std::int32_t a = loop[e].VertexIndex;
+                    const std::int32_t b = loop[(e + 1) % loop.size()].VertexIndex;
+                    const auto found = edges_.find(EdgeKey(b, a));
+                    if (found == edges_.end()) continue;
+                    if (TryMerge(i, e, found->second)) {
+                        ++absorbed;
+                        grown = true;
+                    }
+                }
+            }
+        }
+        Write();
+        return absorbed;
+    }
+
+  private:
+    void Register(std::size_t i) {
+        const auto& c = polys_[i].Corners;
+        for (std::size_t k = 0; k < c.size(); ++k)
+            edges_[EdgeKey(c[k].VertexIndex, c[(k + 1) % c.size()].VertexIndex)] = i;
+    }
+
+    D3 At(const FaceVertex& c) const {
+        return Of(sub_.Vertices[static_cast<std::size_t>(c.VertexIndex)].Position);
+    }
+
+    static bool SameLook(const Face& a, const Face& b) {
+        return a.TextureIndex == b.TextureIndex && a.Textured == b.Textured && a.Color == b.Color &&
+               a.FaceKeptA == b.FaceKeptA && a.FaceKeptB == b.FaceKeptB;
+    }
+
+    // Joins triangle q into polygon p across p's edge e (p: a->b, q: b->a).
+    bool TryMerge(std::size_t p, std::size_t e, std::size_t q) {
+        if (q == p || !polys_[q].Alive || !polys_[q].FromTriangle) return false;
+        Poly& P = polys_[p];
+        const Poly& Q = polys_[q];
+        if (!SameLook(P.F, Q.F)) return false;
+        const std::size_t n = P.Corners.size();
+        const FaceVertex& pa = P.Corners[e];
+        const FaceVertex& pb = P.Corners[(e + 1) % n];
+        // Q must hold the edge the other way (b then a), with the same texture places.
+        std::size_t j = Q.Corners.size();
+        for (std::size_t k = 0; k < Q.Corners.size(); ++k) {
+            if (Q.Corners[k].VertexIndex == pb.VertexIndex &&
+                Q.Corners[(k + 1) % Q.Corners.size()].VertexIndex == pa.VertexIndex) {
+                j = k;
+            }
+        }
+        if (j == Q.Corners.size()) return false;
+        const FaceVertex& qb = Q.Corners[j];
+        const FaceVertex& qa = Q.Corners[(j + 1) % Q.Corners.size()];
+        const auto same = [](const FaceVertex& x, const FaceVertex& y) {
+            return std::fabs(x.U - y.U) <= 1e-5f && std::fabs(x.V - y.V) <= 1e-5f;
+        };
+        if (!same(pa, qa) || !same(pb, qb)) return false;
+        // One plane, facing one way.
+        const D3 np = Of(P.F.Normal), nq = Of(Q.F.Normal);
+        if (!(Dot(np, nq) >= 1.0 - 1e-4)) return false;  // (not places that are no numbers)
+        const D3 origin = At(pa);
+        for (const FaceVertex& c : Q.Corners) {
+            if (!(std::fabs(Dot(np, Minus(At(c), origin))) <= planeTolerance_)) return false;
+        }
+        // The joined loop: p up to a, q's corners after a and before b, then p from b on.
+        std::vector<FaceVertex> joined(P.Corners.begin(),
+                                       P.Corners.begin() + static_cast<std::ptrdiff_t>(e) + 1);
+        for (std::size_t k = (j + 2) % Q.Corners.size(); k != j; k = (k + 1) % Q.Corners.size())
+            joined.push_back(Q.Corners[k]);
+        joined.insert(joined.end(), P.Corners.begin() + static_cast<std::ptrdiff_t>(e) + 1,
+                      P.Corners.end());
+        if (static_cast<int>(joined.size()) > max_ || !Convex(joined)) return false;
+        P.Corners = std::move(joined);
+        P.F.VertexCount = static_cast<std::int32_t>(P.Corners.size());
+        P.F.Primitive = PrimitiveFor(P.F.VertexCount);
+        polys_[q].Alive = false;
+        Register(p);
+        return true;
+    }
+
+    // Every turn of the loop goes the same way as the loop itself (straight on counts), and
+    // no vertex comes twice.
+    bool Convex(const std::vector<FaceVertex>& loop) const {
+        const std::size_t n = loop.size();
+        for (std::size_t i = 0; i < n; ++i) {
+            for (std::size_t k = i + 1; k < n; ++k) {
+                if (loop[i].VertexIndex == loop[k].VertexIndex) return false;
+            }
+        }
+        D3 newell;
+        for (std::size_t i = 0; i < n; ++i) {
+            const D3 a = At(loop[i]), b = At(loop[(i + 1) % n]);
+            newell.X += (a.Y - b.Y) * (a.Z + b.Z);
+            newell.Y += (a.Z - b.Z) * (a.X + b.X);
+            newell.Z += (a.X - b.X) * (a.Y + b.Y);
+        }
+        const double len = std::sqrt(Dot(newell, newell));
+        if (!(len > 0.0)) return false;
+        const D3 unit{newell.X / len, newell.Y / len, newell.Z / len};
+        for (std::size_t i = 0; i < n; ++i) {
+            const D3 a = At(loop[(i + n - 1) % n]), b = At(loop[i]), c = At(loop[(i + 1) % n]);
+            if (!(Dot(Cross(Minus(b, a), Minus(c, b)), unit) >= -turnTolerance_)) return false;
+        }
+        return true;
+    }
+
+    void Write() {
+        sub_.Faces.clear();
+        sub_.Corners.clear();
+        for (Poly& p : polys_) {
+            if (!p.Alive) continue;
+            sub_.Faces.push_back(p.F);
+            sub_.Corners.insert(sub_.Corners.end(), p.Corners.begin(), p.Corners.end());
+        }
+    }
+
+    SubObject& sub_;
+    int max_;
+    double planeTolerance_ = 0, turnTolerance_ = 0;
+    std::vector<Poly> polys_;
+    std::unordered_map<std::uint64_t, std::size_t> edges_;
+};
+
+}  // namespace
+
+int MergeCoplanarTriangles(SubObject& sub, int maxCorners) {
+    if (sub.Faces.size() < 2) return 0;
+    return Merger(sub, maxCorners).Run();
+}
+
+}  // namespace mw
