@@ -2,6 +2,7 @@
 // (embedded, data URIs or files beside); pictures are not decoded, since only their names
 // matter here. Accessors are decoded here, each checked against its buffer first.
 #include <tiny_gltf.h>
+#include <algorithm>
 
 #include <cstring>
 #include <filesystem>
@@ -276,6 +277,54 @@ bool ReadGltfSceneFromBytes(std::span<const std::uint8_t> bytes, ImportScene& sc
 
 namespace {
 
+// Every animation's channels as one timeline (Blender writes an animation per object); a
+// node's property animated twice is taken from the first. Channels that cannot be read are
+// left out.
+void ReadAnimations(const tinygltf::Model& model, const std::vector<int>& sceneIndex,
+                    ImportScene& scene) {
+    for (const tinygltf::Mesh& m : model.meshes) {
+        for (const tinygltf::Primitive& p : m.primitives)
+            scene.MorphTargets = scene.MorphTargets || !p.targets.empty();
+    }
+    for (const tinygltf::Animation& a : model.animations) {
+        for (const tinygltf::AnimationChannel& c : a.channels) {
+            if (c.target_node < 0 || c.target_node >= static_cast<int>(sceneIndex.size()) ||
+                sceneIndex[static_cast<std::size_t>(c.target_node)] < 0 || c.sampler < 0 ||
+                c.sampler >= static_cast<int>(a.samplers.size())) {
+                continue;
+            }
+            if (c.target_path == "scale") scene.ScaleAnimated = true;
+            if (c.target_path == "weights") scene.MorphTargets = true;
+            if (c.target_path != "translation" && c.target_path != "rotation") continue;
+            SceneChannel channel;
+            channel.Node = sceneIndex[static_cast<std::size_t>(c.target_node)];
+            channel.Target = c.target_path == "rotation" ? SceneChannel::Path::Rotation
+                                                         : SceneChannel::Path::Translation;
+            const bool taken = std::any_of(
+                scene.Channels.begin(), scene.Channels.end(), [&](const SceneChannel& other) {
+                    return other.Node == channel.Node && other.Target == channel.Target;
+                });
+            if (taken) continue;
+            const tinygltf::AnimationSampler& sampler =
+                a.samplers[static_cast<std::size_t>(c.sampler)];
+            channel.Mode = sampler.interpolation == "STEP" ? SceneChannel::Interpolation::Step
+                           : sampler.interpolation == "CUBICSPLINE"
+                               ? SceneChannel::Interpolation::CubicSpline
+                               : SceneChannel::Interpolation::Linear;
+            const int components = static_cast<int>(channel.Components());
+            const std::size_t perKey =
+                channel.Mode == SceneChannel::Interpolation::CubicSpline ? 3 : 1;
+            if (!ReadAccessor(model, sampler.input, 1, channel.Times) ||
+                !ReadAccessor(model, sampler.output, components, channel.Values) ||
+                channel.Times.empty() ||
+                channel.Values.size() != channel.Times.size() * perKey * channel.Components()) {
+                continue;
+            }
+            scene.Channels.push_back(std::move(channel));
+        }
+    }
+}
+
 bool SceneOf(const tinygltf::Model& model, ImportScene& scene, std::string& error) {
     for (const tinygltf::Material& m : model.materials) {
         SceneMaterial material;
@@ -314,7 +363,7 @@ bool SceneOf(const tinygltf::Model& model, ImportScene& scene, std::string& erro
         for (std::size_t n = 0; n < model.nodes.size(); ++n)
             roots.push_back(static_cast<int>(n));
     }
-    std::vector<bool> seen(model.nodes.size(), false);
+    std::vector<int> indexInScene(model.nodes.size(), -1);
     std::vector<std::pair<int, int>> stack;  // node, parent in the scene
     for (auto r = roots.rbegin(); r != roots.rend(); ++r)
         stack.emplace_back(*r, -1);
@@ -322,10 +371,9 @@ bool SceneOf(const tinygltf::Model& model, ImportScene& scene, std::string& erro
         const auto [index, parent] = stack.back();
         stack.pop_back();
         if (index < 0 || index >= static_cast<int>(model.nodes.size()) ||
-            seen[static_cast<std::size_t>(index)]) {
+            indexInScene[static_cast<std::size_t>(index)] >= 0) {
             continue;
         }
-        seen[static_cast<std::size_t>(index)] = true;
         const tinygltf::Node& n = model.nodes[static_cast<std::size_t>(index)];
         SceneNode node;
         node.Name = n.name;
@@ -354,9 +402,11 @@ bool SceneOf(const tinygltf::Model& model, ImportScene& scene, std::string& erro
         KeepBlocks(model, node.Extras, scene.Blocks);
         scene.Nodes.push_back(std::move(node));
         const int self = static_cast<int>(scene.Nodes.size()) - 1;
+        indexInScene[static_cast<std::size_t>(index)] = self;
         for (auto c = n.children.rbegin(); c != n.children.rend(); ++c)
             stack.emplace_back(*c, self);
     }
+    ReadAnimations(model, indexInScene, scene);
     return true;
 }
 

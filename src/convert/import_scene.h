@@ -52,8 +52,26 @@ struct SceneNode {
     nlohmann::json Extras;  // null when none
 };
 
+// One animated property of a node: its key times (seconds) and values, as the file's sampler
+// has them (for CUBICSPLINE three values per key: in-tangent, value, out-tangent).
+struct SceneChannel {
+    enum class Path { Translation, Rotation };
+    enum class Interpolation { Linear, Step, CubicSpline };
+    int Node = -1;
+    Path Target = Path::Rotation;
+    Interpolation Mode = Interpolation::Linear;
+    std::vector<float> Times;
+    std::vector<float> Values;  // x, y, z (translation) or x, y, z, w (rotation) per value
+
+    std::size_t Components() const { return Target == Path::Rotation ? 4 : 3; }
+};
+
 struct ImportScene {
     std::vector<SceneNode> Nodes;  // parents before children
+    std::vector<SceneChannel> Channels;
+    // What the file animates that a model cannot keep.
+    bool ScaleAnimated = false;
+    bool MorphTargets = false;
     std::vector<SceneMesh> Meshes;
     std::vector<SceneMaterial> Materials;
     // The bytes of the buffer views the nodes' "descent3" extras name, by index.

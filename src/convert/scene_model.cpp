@@ -7,6 +7,7 @@
 
 #include "convert/gltf_common.h"
 #include "convert/polygon_merge.h"
+#include "convert/scene_keys.h"
 #include "model/game_check.h"
 #include "model/geometry.h"
 #include "model/properties.h"
@@ -158,6 +159,7 @@ ModelData SceneModelBuilder::Generic() {
         Geometry(node, bake, sub);
         m_.SubObjects.push_back(std::move(sub));
     }
+    Keys();
     for (const PointType type : {PointType::GPNT, PointType::ATCH, PointType::GRND}) {
         std::vector<std::pair<int, int>> found;  // index in the name, node
         for (std::size_t n = 0; n < count; ++n) {
@@ -174,6 +176,57 @@ ModelData SceneModelBuilder::Generic() {
     }
     Finish();
     return std::move(m_);
+}
+
+// The sub-objects' keys from their nodes' animation, and the frame range as a load sets it.
+void SceneModelBuilder::Keys() {
+    for (std::size_t i = 0; i < subNodes_.size(); ++i) {
+        const int n = subNodes_[i];
+        const SceneChannel* moves = nullptr;
+        const SceneChannel* turns = nullptr;
+        for (const SceneChannel& c : s_.Channels) {
+            if (c.Node != n) continue;
+            (c.Target == SceneChannel::Path::Rotation ? turns : moves) = &c;
+        }
+        if (moves == nullptr && turns == nullptr) continue;
+        const SceneNode& node = s_.Nodes[static_cast<std::size_t>(n)];
+        const Transform parent = node.Parent >= 0 ? world_[static_cast<std::size_t>(node.Parent)]
+                                                  : ComposeTransform({}, {0, 0, 0, 1}, {1, 1, 1});
+        SubObjectKeys keys =
+            KeysFromChannels(moves, turns, node.Translation.value_or(TranslationOf(node.Local)),
+                             node.Rotation.value_or(gltf::Quaternion{0, 0, 0, 1}), parent);
+        SubObject& sub = m_.SubObjects[i];
+        sub.Pos.Keys = std::move(keys.Pos);
+        sub.Rot.Keys = std::move(keys.Rot);
+        m_.HasPANI = m_.HasPANI || !sub.Pos.Keys.empty();
+        m_.HasRANI = m_.HasRANI || !sub.Rot.Keys.empty();
+        KeyCount += static_cast<int>(sub.Pos.Keys.size() + sub.Rot.Keys.size());
+    }
+    if (s_.ScaleAnimated)
+        Notes.push_back("The file animates the scale of a part; models keep no scale keys.");
+    if (s_.MorphTargets)
+        Notes.push_back("The file has shape keys (morph targets); models keep no shape keys.");
+    m_.FrameMin = 99999;
+    m_.FrameMax = -99999;
+    const auto range = [&](auto& track, bool counted) {
+        if (!track.Keys.empty()) {
+            track.FirstFrame = track.Keys.front().Frame;
+            track.LastFrame = track.Keys.back().Frame;
+        }
+        if (!counted) return;
+        m_.FrameMin = std::min(m_.FrameMin, track.FirstFrame);
+        m_.FrameMax = std::max(m_.FrameMax, track.LastFrame);
+    };
+    for (SubObject& sub : m_.SubObjects) {
+        range(sub.Pos, m_.HasPANI);
+        range(sub.Rot, m_.HasRANI);
+    }
+    if (m_.FrameMin == 99999) m_.FrameMin = 0;
+    if (m_.FrameMax == -99999) m_.FrameMax = 1;
+    if (m_.FrameMin >= m_.FrameMax) {
+        m_.FrameMin = 0;
+        m_.FrameMax = 1;
+    }
 }
 
 int SceneModelBuilder::NearestSub(int node) const {

@@ -27,8 +27,9 @@ class SceneModelBuilder {
 
     // What the model could not keep as the file had it (texture names cut), for people.
     std::vector<std::string> Notes;
-    // How many triangles were joined into polygons.
+    // How many triangles were joined into polygons, and how many keys were made.
     int MergedTriangles = 0;
+    int KeyCount = 0;
 
   private:
     bool HasFaces(int node) const;
@@ -37,6 +38,7 @@ class SceneModelBuilder {
     SubObject ExactSubObject(int node);
     void ExactPoints(const nlohmann::json& e);
     int NearestSub(int node) const;
+    void Keys();
     // A point (and for an attach point its normal) where its node puts it.
     void SetPointFromNode(PointType type, int index, int node);
     void AddPointFromNode(PointType type, int node);
