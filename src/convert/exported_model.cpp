@@ -146,6 +146,12 @@ std::optional<ModelData> SceneModelBuilder::Exact() {
     // Parents the extras give that leave a sub-object out of the hierarchy (a loop, or one
     // that does not exist): as the reader refuses such a file, the extras are not used.
     if (m_.SubObjectCount() != static_cast<int>(m_.SubObjects.size())) return std::nullopt;
+    // So are points on sub-objects the model does not have: their nodes hang nowhere.
+    for (const PointType type : kPointTypes) {
+        for (const ModelPoint& p : m_.Points(type)) {
+            if (p.Parent >= static_cast<int>(m_.SubObjects.size())) return std::nullopt;
+        }
+    }
     return std::move(m_);
 }
 

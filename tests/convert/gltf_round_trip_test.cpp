@@ -371,6 +371,29 @@ TEST(GltfImport, ExtrasWithALoopOfParentsAreNotUsed) {
     EXPECT_EQ(back.Model.SubObjectCount(), 7);
 }
 
+// Extras that put a point on a sub-object the model does not have are not used either (the
+// point's node would hang nowhere, and the file could not come back the same).
+TEST(GltfImport, ExtrasWithAPointOnAMissingPartAreNotUsed) {
+    const test::TempDir dir("gltf_point_parent");
+    const auto path = Export(Loaded(BuildSampleModel()), dir, "point.gltf");
+    const ImportResult back = ImportChanged(path, [](nlohmann::json& doc) {
+        doc["nodes"][0]["extras"]["descent3"]["model"]["points"]["ATCH"][0] = 9;
+        // ... and its node taken out of the scene, so nothing puts it anywhere else.
+        for (auto& node : doc["nodes"]) {
+            if (!node.contains("children")) continue;
+            auto& children = node["children"];
+            for (auto c = children.begin(); c != children.end(); ++c) {
+                if (doc["nodes"][c->get<int>()]["name"] == "Attach_0") {
+                    children.erase(c);
+                    break;
+                }
+            }
+        }
+    });
+    ASSERT_EQ(back.Status, ImportStatus::Done);
+    EXPECT_FALSE(back.Exact);
+}
+
 // A model with sub-objects combined or deleted in the editor is exported as it would be saved.
 TEST(GltfExport, EditedStructureIsExportedAsSaved) {
     ModelData model = Loaded(BuildSampleModel());
