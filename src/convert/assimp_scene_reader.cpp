@@ -5,6 +5,8 @@
 #include <assimp/scene.h>
 #include <assimp/Importer.hpp>
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "convert/import_scene.h"
@@ -84,6 +86,20 @@ Transform LocalOf(const aiNode& n) {
     return t;
 }
 
+// The custom properties a tool wrote as the node's user properties ("pof_properties", and
+// "descent3" when it holds JSON), as the extras of a glTF node would hold them.
+nlohmann::json ExtrasOf(const aiNode& n) {
+    nlohmann::json extras;
+    if (n.mMetaData == nullptr) return extras;
+    aiString text;
+    if (n.mMetaData->Get("pof_properties", text)) extras["pof_properties"] = text.C_Str();
+    if (n.mMetaData->Get("descent3", text)) {
+        nlohmann::json kept = nlohmann::json::parse(text.C_Str(), nullptr, false);
+        if (kept.is_object()) extras["descent3"] = std::move(kept);
+    }
+    return extras;
+}
+
 // `above`: the transform of a container node left out, applied to its children.
 void AddNode(const aiNode& n, int parent, const Transform& above, ImportScene& scene,
              std::vector<int>& meshOf) {
@@ -91,6 +107,13 @@ void AddNode(const aiNode& n, int parent, const Transform& above, ImportScene& s
     node.Name = n.mName.C_Str();
     node.Parent = parent;
     node.Local = Multiply(above, LocalOf(n));
+    node.Extras = ExtrasOf(n);
+    // The rest pose the animation starts from, when the transform has one.
+    aiVector3D scaling, position;
+    aiQuaternion rotation;
+    n.mTransformation.Decompose(scaling, rotation, position);
+    node.Translation = Vector3{position.x, position.y, position.z};
+    node.Rotation = gltf::Quaternion{rotation.x, rotation.y, rotation.z, rotation.w};
     for (unsigned i = 0; i < n.mNumMeshes; ++i) {
         const int mesh = meshOf[n.mMeshes[i]];
         if (mesh >= 0) node.Meshes.push_back(mesh);
@@ -101,6 +124,69 @@ void AddNode(const aiNode& n, int parent, const Transform& above, ImportScene& s
         AddNode(*n.mChildren[c], self, kIdentity, scene, meshOf);
 }
 
+// FBX keeps the size of its unit in centimetres: 1 for centimetres, 100 for metres. One model
+// unit is one metre, as one Blender unit is.
+double UnitScale(const aiScene& s) {
+    if (s.mMetaData == nullptr) return 1.0;
+    double d = 0;
+    float f = 0;
+    if (s.mMetaData->Get("UnitScaleFactor", d) ||
+        (s.mMetaData->Get("UnitScaleFactor", f) && (d = f, true))) {
+        if (std::isfinite(d) && d > 0) return d / 100.0;
+    }
+    return 1.0;
+}
+
+// The animations' node channels, by node name, on one timeline.
+void ReadAnimations(const aiScene& s, ImportScene& scene) {
+    for (unsigned a = 0; a < s.mNumAnimations; ++a) {
+        const aiAnimation& anim = *s.mAnimations[a];
+        const double ticks = anim.mTicksPerSecond > 0 ? anim.mTicksPerSecond : 25.0;
+        for (unsigned c = 0; c < anim.mNumChannels; ++c) {
+            const aiNodeAnim& ch = *anim.mChannels[c];
+            int node = -1;
+            for (std::size_t n = 0; n < scene.Nodes.size() && node < 0; ++n) {
+                if (scene.Nodes[n].Name == ch.mNodeName.C_Str()) node = static_cast<int>(n);
+            }
+            if (node < 0) continue;
+            const auto taken = [&](SceneChannel::Path path) {
+                return std::any_of(
+                    scene.Channels.begin(), scene.Channels.end(),
+                    [&](const SceneChannel& o) { return o.Node == node && o.Target == path; });
+            };
+            if (ch.mNumPositionKeys > 1 && !taken(SceneChannel::Path::Translation)) {
+                SceneChannel out;
+                out.Node = node;
+                out.Target = SceneChannel::Path::Translation;
+                for (unsigned k = 0; k < ch.mNumPositionKeys; ++k) {
+                    const aiVectorKey& key = ch.mPositionKeys[k];
+                    out.Times.push_back(static_cast<float>(key.mTime / ticks));
+                    out.Values.insert(out.Values.end(), {key.mValue.x, key.mValue.y, key.mValue.z});
+                }
+                scene.Channels.push_back(std::move(out));
+            }
+            if (ch.mNumRotationKeys > 1 && !taken(SceneChannel::Path::Rotation)) {
+                SceneChannel out;
+                out.Node = node;
+                out.Target = SceneChannel::Path::Rotation;
+                for (unsigned k = 0; k < ch.mNumRotationKeys; ++k) {
+                    const aiQuatKey& key = ch.mRotationKeys[k];
+                    out.Times.push_back(static_cast<float>(key.mTime / ticks));
+                    out.Values.insert(out.Values.end(),
+                                      {key.mValue.x, key.mValue.y, key.mValue.z, key.mValue.w});
+                }
+                scene.Channels.push_back(std::move(out));
+            }
+            for (unsigned k = 1; k < ch.mNumScalingKeys; ++k) {
+                const aiVector3D d = ch.mScalingKeys[k].mValue - ch.mScalingKeys[0].mValue;
+                if (d.Length() > 1e-6f) scene.ScaleAnimated = true;
+            }
+        }
+    }
+    for (unsigned m = 0; m < s.mNumMeshes; ++m)
+        scene.MorphTargets = scene.MorphTargets || s.mMeshes[m]->mNumAnimMeshes > 0;
+}
+
 }  // namespace
 
 bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& error) {
@@ -108,6 +194,8 @@ bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& e
     // Lines and points are of no use to a model; UVs as glTF has them (origin top left).
     importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
                                 aiPrimitiveType_LINE | aiPrimitiveType_POINT);
+    // One node per object (not a chain of pivot helpers), so animations name the object.
+    importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
     const aiScene* s = importer.ReadFile(
         path, aiProcess_SortByPType | aiProcess_FlipUVs | aiProcess_ValidateDataStructure);
     if (s == nullptr || s->mRootNode == nullptr) {
@@ -128,12 +216,16 @@ bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& e
     // The reader's own root holds the file's objects; without meshes of its own it is not
     // one of them.
     const aiNode& root = *s->mRootNode;
+    const double unit = UnitScale(*s);
+    const Transform scale = ComposeTransform({}, {0, 0, 0, 1}, {unit, unit, unit});
+    scene.RootTransform = root.mNumMeshes == 0 ? Multiply(scale, LocalOf(root)) : scale;
     if (root.mNumMeshes == 0) {
         for (unsigned c = 0; c < root.mNumChildren; ++c)
-            AddNode(*root.mChildren[c], -1, LocalOf(root), scene, meshOf);
+            AddNode(*root.mChildren[c], -1, scene.RootTransform, scene, meshOf);
     } else {
-        AddNode(root, -1, kIdentity, scene, meshOf);
+        AddNode(root, -1, scene.RootTransform, scene, meshOf);
     }
+    ReadAnimations(*s, scene);
     return true;
 }
 

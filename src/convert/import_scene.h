@@ -69,6 +69,9 @@ struct SceneChannel {
 struct ImportScene {
     std::vector<SceneNode> Nodes;  // parents before children
     std::vector<SceneChannel> Channels;
+    // What the reader applied above the root nodes (a container it left out, the file's
+    // unit), columns: their animation moves in that space.
+    std::array<double, 16> RootTransform{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     // What the file animates that a model cannot keep.
     bool ScaleAnimated = false;
     bool MorphTargets = false;

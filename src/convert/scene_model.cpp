@@ -190,12 +190,17 @@ void SceneModelBuilder::Keys() {
         }
         if (moves == nullptr && turns == nullptr) continue;
         const SceneNode& node = s_.Nodes[static_cast<std::size_t>(n)];
-        const Transform parent = node.Parent >= 0 ? world_[static_cast<std::size_t>(node.Parent)]
-                                                  : ComposeTransform({}, {0, 0, 0, 1}, {1, 1, 1});
+        const Transform parent =
+            node.Parent >= 0 ? world_[static_cast<std::size_t>(node.Parent)] : s_.RootTransform;
         SubObjectKeys keys =
             KeysFromChannels(moves, turns, node.Translation.value_or(TranslationOf(node.Local)),
                              node.Rotation.value_or(gltf::Quaternion{0, 0, 0, 1}), parent);
         SubObject& sub = m_.SubObjects[i];
+        // A place that never leaves its rest needs no keys (some readers key every part).
+        if (std::all_of(keys.Pos.begin(), keys.Pos.end(),
+                        [](const PosKey& k) { return Length(k.Position) < 1e-6f; })) {
+            keys.Pos.clear();
+        }
         sub.Pos.Keys = std::move(keys.Pos);
         sub.Rot.Keys = std::move(keys.Rot);
         m_.HasPANI = m_.HasPANI || !sub.Pos.Keys.empty();

@@ -1,0 +1,209 @@
+// FBX as tools write it, in files made here (FBX 7.4 text): the file's unit applied, custom
+// properties from the user properties, a turn from its animation curves.
+#include <gtest/gtest.h>
+#include <fstream>
+
+#include "convert/model_import.h"
+#include "model/game_check.h"
+#include "support/temp_dir.h"
+
+namespace mw {
+namespace {
+
+// A quad of side 2 at z = -2 in a file of metres (a unit of 100 cm), marked as a thruster.
+const std::string kQuad =
+    "; FBX 7.4.0 project file\n"
+    "FBXHeaderExtension:  {\n"
+    "	FBXHeaderVersion: 1003\n"
+    "	FBXVersion: 7400\n"
+    "	Creator: \"test\"\n"
+    "}\n"
+    "GlobalSettings:  {\n"
+    "	Version: 1000\n"
+    "	Properties70:  {\n"
+    "		P: \"UpAxis\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"UpAxisSign\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"FrontAxis\", \"int\", \"Integer\", \"\",2\n"
+    "		P: \"FrontAxisSign\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"CoordAxis\", \"int\", \"Integer\", \"\",0\n"
+    "		P: \"CoordAxisSign\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"UnitScaleFactor\", \"double\", \"Number\", \"\",100\n"
+    "	}\n"
+    "}\n"
+    "Definitions:  {\n"
+    "	Version: 100\n"
+    "	Count: 2\n"
+    "	ObjectType: \"Model\" {\n"
+    "		Count: 1\n"
+    "	}\n"
+    "	ObjectType: \"Geometry\" {\n"
+    "		Count: 1\n"
+    "	}\n"
+    "}\n"
+    "Objects:  {\n"
+    "	Geometry: 1000, \"Geometry::Quad\", \"Mesh\" {\n"
+    "		Vertices: *12 {\n"
+    "			a: -1,-1,0,1,-1,0,1,1,0,-1,1,0\n"
+    "		}\n"
+    "		PolygonVertexIndex: *4 {\n"
+    "			a: 0,1,2,-4\n"
+    "		}\n"
+    "		GeometryVersion: 124\n"
+    "	}\n"
+    "	Model: 2000, \"Model::Thruster\", \"Mesh\" {\n"
+    "		Version: 232\n"
+    "		Properties70:  {\n"
+    "			P: \"Lcl Translation\", \"Lcl Translation\", \"\", \"A\",0,0,-2\n"
+    "			P: \"pof_properties\", \"KString\", \"\", \"U\", "
+    "\"$thruster=1,0.5,0.1,2\"\n"
+    "		}\n"
+    "		Shading: T\n"
+    "		Culling: \"CullingOff\"\n"
+    "	}\n"
+    "}\n"
+    "Connections:  {\n"
+    "	C: \"OO\",2000,0\n"
+    "	C: \"OO\",1000,2000\n"
+    "}\n"
+    "\n";
+
+// The same quad as a turret turning a quarter turn about Y over a second.
+const std::string kTurret =
+    "; FBX 7.4.0 project file\n"
+    "FBXHeaderExtension:  {\n"
+    "	FBXHeaderVersion: 1003\n"
+    "	FBXVersion: 7400\n"
+    "	Creator: \"test\"\n"
+    "}\n"
+    "GlobalSettings:  {\n"
+    "	Version: 1000\n"
+    "	Properties70:  {\n"
+    "		P: \"UpAxis\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"UpAxisSign\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"FrontAxis\", \"int\", \"Integer\", \"\",2\n"
+    "		P: \"FrontAxisSign\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"CoordAxis\", \"int\", \"Integer\", \"\",0\n"
+    "		P: \"CoordAxisSign\", \"int\", \"Integer\", \"\",1\n"
+    "		P: \"UnitScaleFactor\", \"double\", \"Number\", \"\",100\n"
+    "	}\n"
+    "}\n"
+    "Definitions:  {\n"
+    "	Version: 100\n"
+    "	Count: 2\n"
+    "	ObjectType: \"Model\" {\n"
+    "		Count: 1\n"
+    "	}\n"
+    "	ObjectType: \"Geometry\" {\n"
+    "		Count: 1\n"
+    "	}\n"
+    "}\n"
+    "Objects:  {\n"
+    "	Geometry: 1000, \"Geometry::Quad\", \"Mesh\" {\n"
+    "		Vertices: *12 {\n"
+    "			a: -1,-1,0,1,-1,0,1,1,0,-1,1,0\n"
+    "		}\n"
+    "		PolygonVertexIndex: *4 {\n"
+    "			a: 0,1,2,-4\n"
+    "		}\n"
+    "		GeometryVersion: 124\n"
+    "	}\n"
+    "	AnimationStack: 3000, \"AnimStack::Take 001\", \"\" {\n"
+    "		Properties70:  {\n"
+    "			P: \"LocalStop\", \"KTime\", \"Time\", \"\",46186158000\n"
+    "		}\n"
+    "	}\n"
+    "	AnimationLayer: 3001, \"AnimLayer::BaseLayer\", \"\" {\n"
+    "	}\n"
+    "	AnimationCurveNode: 3002, \"AnimCurveNode::R\", \"\" {\n"
+    "		Properties70:  {\n"
+    "			P: \"d|X\", \"Number\", \"\", \"A\",0\n"
+    "			P: \"d|Y\", \"Number\", \"\", \"A\",0\n"
+    "			P: \"d|Z\", \"Number\", \"\", \"A\",0\n"
+    "		}\n"
+    "	}\n"
+    "	AnimationCurve: 3003, \"AnimCurve::\", \"\" {\n"
+    "		Default: 0\n"
+    "		KeyVer: 4009\n"
+    "		KeyTime: *2 {\n"
+    "			a: 0,46186158000\n"
+    "		}\n"
+    "		KeyValueFloat: *2 {\n"
+    "			a: 0,90\n"
+    "		}\n"
+    "		KeyAttrFlags: *1 {\n"
+    "			a: 24836\n"
+    "		}\n"
+    "		KeyAttrDataFloat: *4 {\n"
+    "			a: 0,0,255790911,0\n"
+    "		}\n"
+    "		KeyAttrRefCount: *1 {\n"
+    "			a: 2\n"
+    "		}\n"
+    "	}\n"
+    "	Model: 2000, \"Model::Turret\", \"Mesh\" {\n"
+    "		Version: 232\n"
+    "		Properties70:  {\n"
+    "			P: \"Lcl Translation\", \"Lcl Translation\", \"\", \"A\",0,0,-2\n"
+    "			P: \"pof_properties\", \"KString\", \"\", \"U\", \"$fov=90,3,1\"\n"
+    "		}\n"
+    "		Shading: T\n"
+    "		Culling: \"CullingOff\"\n"
+    "	}\n"
+    "}\n"
+    "Connections:  {\n"
+    "	C: \"OO\",3001,3000\n"
+    "	C: \"OO\",3002,3001\n"
+    "	C: \"OP\",3002,2000, \"Lcl Rotation\"\n"
+    "	C: \"OP\",3003,3002, \"d|Y\"\n"
+    "	C: \"OO\",2000,0\n"
+    "	C: \"OO\",1000,2000\n"
+    "}\n"
+    "\n";
+
+ImportResult ImportText(const test::TempDir& dir, const std::string& name,
+                        const std::string& text) {
+    std::ofstream(dir / name) << text;
+    return ImportModel(dir / name);
+}
+
+TEST(FbxImport, TheFilesUnitMakesOneMetreOneUnit) {
+    const test::TempDir dir("fbx_units");
+    const ImportResult metres = ImportText(dir, "m.fbx", kQuad);
+    ASSERT_EQ(metres.Status, ImportStatus::Done) << metres.Error;
+    EXPECT_NEAR(metres.Model.Sub(0).Offset.Z, -2.0f, 1e-5f);
+    EXPECT_NEAR(metres.Model.Sub(0).BoxMax.X, 1.0f, 1e-5f);
+    // In centimetres, with a hundred times the numbers: the same model.
+    std::string cm = kQuad;
+    cm.replace(cm.find("\"\",100"), 7, "\"\",1");
+    cm.replace(cm.find("a: -1,-1,0,1,-1,0,1,1,0,-1,1,0"), 30,
+               "a: -100,-100,0,100,-100,0,100,100,0,-100,100,0");
+    cm.replace(cm.find("\"A\",0,0,-2"), 10, "\"A\",0,0,-200");
+    const ImportResult centimetres = ImportText(dir, "cm.fbx", cm);
+    ASSERT_EQ(centimetres.Status, ImportStatus::Done) << centimetres.Error;
+    EXPECT_NEAR(centimetres.Model.Sub(0).Offset.Z, -2.0f, 1e-4f);
+    EXPECT_NEAR(centimetres.Model.Header.Radius, metres.Model.Header.Radius, 1e-4f);
+}
+
+TEST(FbxImport, UserPropertiesAndAnimationCurves) {
+    const test::TempDir dir("fbx_keys");
+    const ImportResult thruster = ImportText(dir, "thruster.fbx", kQuad);
+    ASSERT_EQ(thruster.Status, ImportStatus::Done) << thruster.Error;
+    EXPECT_EQ(thruster.Model.Sub(0).Properties, "$thruster=1,0.5,0.1,2");
+    EXPECT_EQ(thruster.Model.Sub(0).FaceCount(), 1);
+
+    const ImportResult turret = ImportText(dir, "turret.fbx", kTurret);
+    ASSERT_EQ(turret.Status, ImportStatus::Done) << turret.Error;
+    const SubObject& sub = turret.Model.Sub(0);
+    EXPECT_EQ(sub.Properties, "$fov=90,3,1");
+    ASSERT_EQ(sub.Rot.Keys.size(), 2u);
+    EXPECT_EQ(sub.Rot.Keys[1].Frame, 30);
+    EXPECT_EQ(sub.Rot.Keys[1].Angle, 16384);
+    EXPECT_NEAR(sub.Rot.Keys[1].Axis.Y, -1.0f, 1e-5f);
+    EXPECT_TRUE(sub.Pos.Keys.empty());  // it does not move
+    EXPECT_EQ(turret.Model.FrameMax, 30);
+    for (const Finding& f : CheckModel(turret.Model))
+        ADD_FAILURE() << f.Code << ": " << f.Message;
+}
+
+}  // namespace
+}  // namespace mw
