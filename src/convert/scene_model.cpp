@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 
 #include "convert/gltf_common.h"
@@ -271,10 +272,33 @@ void SceneModelBuilder::AddPointFromNode(PointType type, int node) {
     SetPointFromNode(type, static_cast<int>(m_.Points(type).size()) - 1, node);
 }
 
+// The colour of untextured faces a material stands for: one with a base colour and no
+// picture (an OBJ "Kd" alone, a glTF material without a texture, our own "colour_rrggbb"
+// materials whose extras are gone). nullopt for a material that names a texture.
+std::optional<std::array<std::uint8_t, 3>> SceneModelBuilder::ColourOnly(int material) const {
+    if (material < 0 || material >= static_cast<int>(s_.Materials.size())) return std::nullopt;
+    const SceneMaterial& m = s_.Materials[static_cast<std::size_t>(material)];
+    if (!m.Texture.empty() && !m.Untextured) return std::nullopt;
+    std::array<std::uint8_t, 3> rgb{};
+    unsigned r = 0, g = 0, b = 0;
+    char end = 0;
+    if (m.Name.size() == 13 &&
+        std::sscanf(m.Name.c_str(), "colour_%2x%2x%2x%c", &r, &g, &b, &end) == 3) {
+        return std::array<std::uint8_t, 3>{static_cast<std::uint8_t>(r),
+                                           static_cast<std::uint8_t>(g),
+                                           static_cast<std::uint8_t>(b)};
+    }
+    const bool white = m.Colour[0] >= 0.999f && m.Colour[1] >= 0.999f && m.Colour[2] >= 0.999f;
+    if (!m.Untextured && (white || m.Default)) return std::nullopt;
+    for (std::size_t i = 0; i < 3; ++i)
+        rgb[i] = ByteFromLinear(m.Colour[i]);
+    return rgb;
+}
+
 int SceneModelBuilder::TextureOf(int material) {
     if (material < 0 || material >= static_cast<int>(s_.Materials.size())) return -1;
     const SceneMaterial& m = s_.Materials[static_cast<std::size_t>(material)];
-    if (m.Untextured) return -1;
+    if (m.Untextured || ColourOnly(material)) return -1;
     std::string name = m.Texture.empty() ? (m.Default ? std::string() : m.Name) : m.Texture;
     if (name.empty()) return -1;
     name = RenamedTexture(LowerCase1252(Cp1252FromUtf8(name)));
@@ -319,11 +343,9 @@ void SceneModelBuilder::Geometry(int node, const Transform& bake, SubObject& sub
             anyMissingNormals = anyMissingNormals || !normals;
             const int texture = TextureOf(p.Material);
             std::array<std::uint8_t, 4> colour{255, 255, 255, 255};
-            if (texture < 0 && p.Material >= 0 &&
-                p.Material < static_cast<int>(s_.Materials.size())) {
-                const auto& c = s_.Materials[static_cast<std::size_t>(p.Material)].Colour;
-                for (std::size_t i = 0; i < 3; ++i)
-                    colour[i] = ByteFromLinear(c[i]);
+            if (texture < 0) {
+                if (const auto rgb = ColourOnly(p.Material))
+                    std::copy(rgb->begin(), rgb->end(), colour.begin());
             }
             const bool vertexColours = texture < 0 && p.Colours.size() == p.Positions.size();
             // Each vertex of the primitive once, in the game's space.

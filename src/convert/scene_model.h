@@ -43,6 +43,7 @@ class SceneModelBuilder {
     void SetPointFromNode(PointType type, int index, int node);
     void AddPointFromNode(PointType type, int node);
     int TextureOf(int material);
+    std::optional<std::array<std::uint8_t, 3>> ColourOnly(int material) const;
     // The faces of a node's meshes, moved by `bake` (the node's rotation and scale) into
     // the sub-object and into the game's space; vertices shared where position and normal
     // agree.

@@ -147,6 +147,30 @@ TEST(ModelImport, AThrusterOfTwoTrianglesIsOneFace) {
         EXPECT_NE(f.Code, "single-face-required");
 }
 
+TEST(ModelImport, GltfMaterialsWithAColourAndNoPictureAreUntexturedFaces) {
+    const test::TempDir dir("import_colours");
+    const auto import = [&](const nlohmann::json& material) {
+        nlohmann::json doc = nlohmann::json::parse(SceneGltf());
+        doc["materials"][0] = material;
+        WriteText(dir / "colour.gltf", doc.dump());
+        return ImportModel(dir / "colour.gltf");
+    };
+    const ImportResult paint = import(
+        {{"name", "Paint"}, {"pbrMetallicRoughness", {{"baseColorFactor", {1.0, 0.0, 0.0, 1.0}}}}});
+    ASSERT_EQ(paint.Status, ImportStatus::Done) << paint.Error;
+    EXPECT_TRUE(paint.Model.Textures.empty());
+    EXPECT_EQ(paint.Model.Sub(0).Faces[0].Textured, 0);
+    EXPECT_EQ(paint.Model.Sub(0).Faces[0].Color, (std::array<std::uint8_t, 4>{255, 0, 0, 255}));
+    // Our own colour materials, their extras gone: the colour their name holds, exactly.
+    const ImportResult ours = import({{"name", "colour_12ab34"}});
+    ASSERT_EQ(ours.Status, ImportStatus::Done) << ours.Error;
+    EXPECT_TRUE(ours.Model.Textures.empty());
+    EXPECT_EQ(ours.Model.Sub(0).Faces[0].Color,
+              (std::array<std::uint8_t, 4>{0x12, 0xab, 0x34, 255}));
+    // A white material without a picture still names a texture after itself.
+    EXPECT_EQ(import({{"name", "Hull"}}).Model.Textures.size(), 1u);
+}
+
 TEST(ModelImport, ObjQuadsStayQuadsWithTheirTextureNames) {
     const test::TempDir dir("import_obj");
     WriteText(dir / "box.mtl",
@@ -168,9 +192,12 @@ TEST(ModelImport, ObjQuadsStayQuadsWithTheirTextureNames) {
         EXPECT_EQ(f.VertexCount, 4);
     // No normals in the file: vertices shared by place, eight corners of a cube.
     EXPECT_EQ(box.VertexCount(), 8);
-    ASSERT_EQ(m.Textures.size(), 2u);
+    // "red" has a colour and no picture: its faces are untextured and red.
+    ASSERT_EQ(m.Textures.size(), 1u);
     EXPECT_EQ(m.Textures[0].Name, "hull_plates");
-    EXPECT_EQ(m.Textures[1].Name, "red");
+    EXPECT_EQ(box.Faces[2].Textured, 0);
+    EXPECT_EQ(box.Faces[2].TextureIndex, -1);
+    EXPECT_EQ(box.Faces[2].Color, (std::array<std::uint8_t, 4>{255, 0, 0, 255}));
     // Scaled by 2; the front face (+Z in the file) faces +Z, outward, in the game too.
     EXPECT_NEAR(m.Header.Max.Z, 2.0f, 1e-5f);
     ExpectNear(box.Faces[0].Normal, {0.0f, 0.0f, 1.0f});
@@ -268,7 +295,7 @@ TEST(ModelImport, AnImportedModelShowsThePicturesBesideIt) {
     ASSERT_TRUE(hull.save(QString::fromStdString((dir / "HULL.png").string())));
     const ImportResult r = ImportModel(dir / "box.obj");
     ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
-    ASSERT_EQ(r.Model.Textures.size(), 3u);
+    ASSERT_EQ(r.Model.Textures.size(), 2u);  // "c" is a colour
 
     GameData game;
     Settings settings;
@@ -276,12 +303,11 @@ TEST(ModelImport, AnImportedModelShowsThePicturesBesideIt) {
     LoadedTextures loaded;
     LoadModelTextures(r.Model, (dir / "box.oof").string(), game, settings, MakeMissingTexture(1),
                       uploader, loaded, DecodePictureFile);
-    ASSERT_EQ(loaded.Resolved.size(), 3u);
+    ASSERT_EQ(loaded.Resolved.size(), 2u);
     EXPECT_EQ(loaded.Resolved[0].Source, TextureSource::Loose);  // found ignoring case
     EXPECT_TRUE(loaded.Resolved[0].Decoded);
     EXPECT_EQ(uploader.sizes[0], (std::pair{64, 64}));
     EXPECT_EQ(loaded.Resolved[1].Source, TextureSource::Missing);  // no stripes.tga there
-    EXPECT_EQ(loaded.Resolved[2].Source, TextureSource::Missing);  // "c" names no picture
     // Without a decoder the loader looks for game images only.
     LoadModelTextures(r.Model, (dir / "box.oof").string(), game, settings, MakeMissingTexture(1),
                       uploader, loaded);
