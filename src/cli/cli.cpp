@@ -12,6 +12,7 @@
 #include "model/geometry.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
+#include "model/text_codec.h"
 #include "model/version.h"
 
 namespace mw {
@@ -77,7 +78,15 @@ int LoadModelFile(const std::filesystem::path& path, ModelData& model, std::ostr
     return 0;
 }
 
-int SaveModelFile(const std::filesystem::path& path, ModelData& model, std::ostream& err) {
+int SaveModelFile(const std::filesystem::path& asked, ModelData& model, std::ostream& err) {
+    // The game loads a model only by an .oof name: a .pof (the Blender add-on's name for the
+    // same file) is written as the .oof.
+    std::filesystem::path path = asked;
+    if (LowerCase1252(path.extension().string()) == ".pof") {
+        path.replace_extension(".oof");
+        err << "Note: writing " << path.string()
+            << " (the game loads models only by their .oof names).\n";
+    }
     const std::string failure = SaveOOF(model, path);
     if (!failure.empty()) {
         err << failure << "\n";

@@ -39,6 +39,13 @@ QString RoomPathAsModel(const QString& path) {
     return at < 0 ? path : path.left(at) + ".oof";
 }
 
+QString ModelPathToSave(const QString& path) {
+    // A .pof (the Blender add-on's models, the same chunks) is saved as the .oof beside it:
+    // the game loads a model only by an .oof name.
+    if (!path.endsWith(".pof", Qt::CaseInsensitive)) return path;
+    return path.left(path.size() - 4) + ".oof";
+}
+
 FileCommands::FileCommands(Document& doc, GameData& game, Settings& settings, Prompts& prompts,
                            QWidget* window)
     : QObject(window),
@@ -80,7 +87,8 @@ void FileCommands::LoadFailed(int status) {
 }
 
 bool FileCommands::OpenChosen(const QString& path, bool addRecent, bool askToSave) {
-    const bool oof = path.contains(".oof", Qt::CaseInsensitive);
+    const bool oof =
+        path.contains(".oof", Qt::CaseInsensitive) || path.endsWith(".pof", Qt::CaseInsensitive);
     const bool room = !oof && path.contains(".orf", Qt::CaseInsensitive);
     if (!oof && !room) return false;
     if (askToSave && !MaybeSave()) return false;
@@ -93,7 +101,7 @@ bool FileCommands::OpenChosen(const QString& path, bool addRecent, bool askToSav
         AddToRecent(settings_.RecentFiles, path.toStdString());
         emit recentChanged();
     }
-    const QString modelPath = room ? RoomPathAsModel(path) : path;
+    const QString modelPath = room ? RoomPathAsModel(path) : ModelPathToSave(path);
     doc_.SetModelFile(modelPath, FileTitle(modelPath));
     doc_.ResetModel(true);
     return true;

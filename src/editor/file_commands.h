@@ -20,8 +20,8 @@ class ModelTextures;
 class Prompts;
 
 inline constexpr const char* kOpenFilter =
-    "All Model/Room Files (*.oof *.orf);;Outrage Object Files (*.oof);;Outrage Room Files "
-    "(*.orf)";
+    "All Model/Room Files (*.oof *.pof *.orf);;Outrage Object Files (*.oof);;Blender add-on "
+    "models (*.pof);;Outrage Room Files (*.orf)";
 inline constexpr const char* kOofFilter = "Outrage Object Files (*.oof)";
 inline constexpr const char* kOrfFilter = "Outrage Room Files (*.orf)";
 inline constexpr const char* kGltfFilter = "glTF Binary (*.glb);;glTF (*.gltf)";
@@ -98,5 +98,7 @@ class FileCommands : public QObject {
 
 // `path` with a room's ".orf" (and anything after it) turned into ".oof".
 QString RoomPathAsModel(const QString& path);
+// The path a model opened from `path` is saved to: a .pof's .oof beside it, else the path.
+QString ModelPathToSave(const QString& path);
 
 }  // namespace mw

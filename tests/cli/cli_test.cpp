@@ -110,6 +110,14 @@ TEST_F(CliTest, ResaveWritesWhatReadsBackTheSame) {
     EXPECT_EQ(ModelJson(Load("fourth.oof"), true), ModelJson(Load("again.oof"), true));
     EXPECT_EQ(Cli({"resave", Path("ship.oof"), Path("nowhere/x.oof")}).status, kExitCantCreate);
     EXPECT_EQ(Cli({"resave", Path("ship.oof")}).status, kExitUsage);
+
+    // A .pof (the Blender add-on's models) reads as a model, and is written as the .oof.
+    std::filesystem::copy_file(Path("again.oof"), Path("addon.pof"));
+    const CliRun pof = Cli({"resave", Path("addon.pof"), Path("back.pof")});
+    ASSERT_EQ(pof.status, 0) << pof.err;
+    EXPECT_NE(pof.err.find("back.oof"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(Path("back.pof")));
+    EXPECT_EQ(ReadFileBytes(Path("back.oof")), ReadFileBytes(Path("third.oof")));
 }
 
 TEST_F(CliTest, EditAppliesOperationsInOrder) {

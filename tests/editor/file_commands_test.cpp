@@ -87,6 +87,18 @@ TEST_F(FileCommandsTest, ARoomOpensAsAModelThatSavesBesideIt) {
     EXPECT_TRUE(prompts_.titles.isEmpty());  // no dialog: the path is known
 }
 
+TEST_F(FileCommandsTest, ABlenderAddOnPofOpensAsAModelThatSavesAsOof) {
+    const fs::path pof = dir_ / "Fighter.POF";
+    Copy(pof);
+    ASSERT_TRUE(files_.OpenPath(Q(pof)));
+    EXPECT_EQ(doc_.model().SubObjectCount(), 7);
+    EXPECT_EQ(doc_.ModelPath(), Q(dir_ / "Fighter.oof"));
+    EXPECT_EQ(doc_.ModelTitle(), "Fighter.oof");
+    ASSERT_TRUE(files_.Save());
+    EXPECT_EQ(ReadFileBytes(dir_ / "Fighter.oof"), SavedBytes(doc_.model()));
+    EXPECT_EQ(ReadFileBytes(pof), ReadFileBytes(kShip));  // the .pof is left as it was
+}
+
 TEST_F(FileCommandsTest, AMissingRecentPathIsReportedAndRemoved) {
     const fs::path gone = dir_ / "gone.oof";
     settings_.RecentFiles = {kShip, gone.string()};
