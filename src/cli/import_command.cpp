@@ -53,18 +53,11 @@ int ImportCommand(const std::vector<std::string>& args, std::ostream& out, std::
         return kExitRefused;
     }
     if (const int status = SaveModelFile(files[1], result.Model, err)) return status;
-    const ModelData& m = result.Model;
-    out << "Wrote " << files[1] << " (" << m.SubObjectCount() << " sub-objects, "
-        << m.Textures.size() << " textures, " << m.GunPoints.size() << " gun points, "
-        << m.AttachPoints.size() << " attach points, " << m.GroundPoints.size() << " ground points"
-        << (result.Exact ? "; as exported" : "") << ").\n";
-    if (result.MergedTriangles > 0) {
-        out << "Joined " << result.MergedTriangles
-            << " triangles into the polygons they were cut from.\n";
-    }
-    for (const std::string& note : result.Notes)
-        out << "Note: " << note << "\n";
-    for (const Finding& f : CheckModel(m, nullptr))
+    const std::vector<std::string> report = ImportReport(result);
+    out << "Wrote " << files[1] << ": " << report.front() << "\n";
+    for (std::size_t i = 1; i < report.size(); ++i)
+        out << report[i] << "\n";
+    for (const Finding& f : CheckModel(result.Model, nullptr))
         out << SeverityName(f.Level) << " " << f.Code << ": " << f.Message << "\n";
     return 0;
 }

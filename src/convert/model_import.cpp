@@ -73,6 +73,31 @@ ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& optio
     return result;
 }
 
+std::vector<std::string> ImportReport(const ImportResult& result) {
+    const ModelData& m = result.Model;
+    std::vector<std::string> lines;
+    lines.push_back(std::to_string(m.SubObjectCount()) + " sub-objects, " +
+                    std::to_string(m.Textures.size()) + " textures, " +
+                    std::to_string(m.GunPoints.size()) + " gun points, " +
+                    std::to_string(m.AttachPoints.size()) + " attach points, " +
+                    std::to_string(m.GroundPoints.size()) + " ground points" +
+                    (result.Exact ? "; as exported" : "") + ".");
+    for (const SubObject& sub : m.SubObjects) {
+        if (sub.Pos.Keys.empty() && sub.Rot.Keys.empty()) continue;
+        lines.push_back("Keys of \"" + Utf8From1252(sub.Name) +
+                        "\": " + std::to_string(sub.Pos.Keys.size()) + " position, " +
+                        std::to_string(sub.Rot.Keys.size()) + " rotation (frames " +
+                        std::to_string(m.FrameMin) + " to " + std::to_string(m.FrameMax) + ").");
+    }
+    if (result.MergedTriangles > 0) {
+        lines.push_back("Joined " + std::to_string(result.MergedTriangles) +
+                        " triangles into the polygons they were cut from.");
+    }
+    for (const std::string& note : result.Notes)
+        lines.push_back("Note: " + note);
+    return lines;
+}
+
 ImportResult ImportModel(const std::filesystem::path& path, const ImportOptions& options) {
     ImportScene scene;
     std::string error;

@@ -29,6 +29,10 @@ struct ImportResult {
 
 ImportResult ImportModel(const std::filesystem::path& path, const ImportOptions& options = {});
 
+// What the import made, for people, a line each: the sub-objects and points, the keys of each
+// sub-object that has any, the triangles joined into polygons, and what was not carried.
+std::vector<std::string> ImportReport(const ImportResult& result);
+
 // The model of a scene already read.
 ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& options = {});
 

@@ -327,6 +327,16 @@ bool FileCommands::ImportModelFrom(const QString& path) {
             PromptIcon::Exclamation);
         return false;
     }
+    // What came in, and what the game would say of it, before it opens.
+    QStringList report;
+    for (const std::string& line : ImportReport(result))
+        report << QString::fromStdString(line);
+    for (const Finding& f : CheckModel(result.Model))
+        report << QString("%1 %2: %3")
+                      .arg(SeverityName(f.Level), QString::fromStdString(f.Code),
+                           QString::fromStdString(f.Message));
+    prompts_.Message(window_, "Imported " + FileTitle(path) + ": " + report.join('\n'),
+                     PromptIcon::Information);
     doc_.BeginChange();
     doc_.model() = std::move(result.Model);
     // Named after the file, in its folder (where its pictures are found); Save asks first.

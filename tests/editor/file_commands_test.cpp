@@ -288,6 +288,14 @@ TEST_F(FileCommandsTest, ExportGltfThenImportGivesTheModelBackUnsaved) {
     EXPECT_FALSE(files_.ImportModelFrom(Q(dir_ / "ship.glb")));
     prompts_.answers = {QMessageBox::Discard};
     ASSERT_TRUE(files_.ImportModelFrom(Q(dir_ / "ship.glb")));
+    // What came in is told in a box the user dismisses.
+    ASSERT_FALSE(prompts_.messages.empty());
+    EXPECT_TRUE(prompts_.messages.back().text.startsWith(
+        "Imported ship.glb: 7 sub-objects, 3 textures, 3 gun points"))
+        << prompts_.messages.back().text.toStdString();
+    EXPECT_TRUE(
+        prompts_.messages.back().text.contains("Keys of \"turret\": 0 position, 3 rotation"));
+    EXPECT_EQ(prompts_.messages.back().icon, PromptIcon::Information);
     EXPECT_TRUE(doc_.modelReady());
     EXPECT_TRUE(doc_.isModified());
     EXPECT_EQ(doc_.ModelTitle(), "ship.oof");
