@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <tiny_gltf.h>
 
+#include <cmath>
 #include <filesystem>
 
 #include <nlohmann/json.hpp>
@@ -10,6 +11,7 @@
 #include "bench_models.h"
 #include "convert/gltf_export.h"
 #include "convert/model_import.h"
+#include "convert/scene_keys.h"
 #include "model/file_io.h"
 #include "model/oof_writer.h"
 
@@ -103,12 +105,47 @@ void ImportGlb(benchmark::State& state) {
     }
 }
 
+// Keys from an animation as Blender samples it: 30 parts, each turning and moving, a sample
+// every frame for 30 frames (a turn of 90 degrees at a speed that changes, so that few
+// samples merge).
+void KeysFromSampledAnimation(benchmark::State& state) {
+    std::vector<SceneChannel> turns(30), moves(30);
+    for (int part = 0; part < 30; ++part) {
+        SceneChannel& t = turns[static_cast<std::size_t>(part)];
+        SceneChannel& m = moves[static_cast<std::size_t>(part)];
+        t.Target = SceneChannel::Path::Rotation;
+        m.Target = SceneChannel::Path::Translation;
+        for (int f = 0; f <= 30; ++f) {
+            const double eased = 0.5 - 0.5 * std::cos(3.14159265 * f / 30.0);
+            const double half = 0.25 * 3.14159265 * eased;
+            t.Times.push_back(static_cast<float>(f / 30.0));
+            m.Times.push_back(static_cast<float>(f / 30.0));
+            t.Values.insert(t.Values.end(), {0.0f, static_cast<float>(std::sin(half)), 0.0f,
+                                             static_cast<float>(std::cos(half))});
+            m.Values.insert(m.Values.end(),
+                            {static_cast<float>(part), static_cast<float>(eased), 0.0f});
+        }
+    }
+    const Transform identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    for (auto _ : state) {
+        std::size_t keys = 0;
+        for (int part = 0; part < 30; ++part) {
+            const SubObjectKeys k = KeysFromChannels(
+                &moves[static_cast<std::size_t>(part)], &turns[static_cast<std::size_t>(part)],
+                {static_cast<float>(part), 0, 0}, {0, 0, 0, 1}, identity);
+            keys += k.Pos.size() + k.Rot.size();
+        }
+        benchmark::DoNotOptimize(keys);
+    }
+}
+
 BENCHMARK(WriteModelOOF)->Unit(benchmark::kMillisecond);
 BENCHMARK(ExportGlb)->Unit(benchmark::kMillisecond);
 BENCHMARK(SaveModelOOF)->Unit(benchmark::kMillisecond);
 BENCHMARK(ExportGlbFile)->Unit(benchmark::kMillisecond);
 BENCHMARK(GltfLibraryAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(ImportGlb)->Unit(benchmark::kMillisecond);
+BENCHMARK(KeysFromSampledAnimation)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace mw

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <unordered_map>
 
 #include "model/geometry.h"
 
@@ -33,11 +32,6 @@ struct Poly {
     bool Alive = true;
 };
 
-std::uint64_t EdgeKey(std::int32_t a, std::int32_t b) {
-    return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(a)) << 32) |
-           static_cast<std::uint32_t>(b);
-}
-
 class Merger {
   public:
     Merger(SubObject& sub, int maxCorners) : sub_(sub), max_(maxCorners) {
@@ -59,8 +53,27 @@ class Merger {
             at += static_cast<std::size_t>(f.VertexCount);
             polys_.push_back(std::move(p));
         }
-        for (std::size_t i = 0; i < polys_.size(); ++i)
-            Register(i);
+        // Each vertex's outgoing edges (to vertex, face) in one array, by vertex.
+        const std::size_t vertices = sub.Vertices.size();
+        outStart_.assign(vertices + 1, 0);
+        for (const FaceVertex& c : sub.Corners)
+            ++outStart_[static_cast<std::size_t>(c.VertexIndex) + 1];
+        for (std::size_t v = 0; v < vertices; ++v)
+            outStart_[v + 1] += outStart_[v];
+        outTo_.resize(sub.Corners.size());
+        outPoly_.resize(sub.Corners.size());
+        std::vector<std::size_t> fill(outStart_.begin(), outStart_.end() - 1);
+        for (std::size_t i = 0; i < polys_.size(); ++i) {
+            const auto& c = polys_[i].Corners;
+            for (std::size_t k = 0; k < c.size(); ++k) {
+                const std::size_t at = fill[static_cast<std::size_t>(c[k].VertexIndex)]++;
+                outTo_[at] = c[(k + 1) % c.size()].VertexIndex;
+                outPoly_[at] = i;
+            }
+        }
+        owner_.resize(polys_.size());
+        for (std::size_t i = 0; i < owner_.size(); ++i)
+            owner_[i] = i;
     }
 
     int Run() {
@@ -73,9 +86,9 @@ class Merger {
                 for (std::size_t e = 0; e < loop.size() && !grown; ++e) {
                     const std::int32_t a = loop[e].VertexIndex;
                     const std::int32_t b = loop[(e + 1) % loop.size()].VertexIndex;
-                    const auto found = edges_.find(EdgeKey(b, a));
-                    if (found == edges_.end()) continue;
-                    if (TryMerge(i, e, found->second)) {
+                    const std::size_t other = Across(b, a);
+                    if (other == kNone) continue;
+                    if (TryMerge(i, e, other)) {
                         ++absorbed;
                         grown = true;
                     }
@@ -87,10 +100,23 @@ class Merger {
     }
 
   private:
-    void Register(std::size_t i) {
-        const auto& c = polys_[i].Corners;
-        for (std::size_t k = 0; k < c.size(); ++k)
-            edges_[EdgeKey(c[k].VertexIndex, c[(k + 1) % c.size()].VertexIndex)] = i;
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    // The face that now holds the edge from vertex b to vertex a (the face it was first in, or
+    // the one that face was joined into), or kNone.
+    std::size_t Across(std::int32_t b, std::int32_t a) {
+        const auto v = static_cast<std::size_t>(b);
+        for (std::size_t i = outStart_[v]; i < outStart_[v + 1]; ++i) {
+            if (outTo_[i] == a) return Owner(outPoly_[i]);
+        }
+        return kNone;
+    }
+    std::size_t Owner(std::size_t i) {
+        while (owner_[i] != i) {
+            owner_[i] = owner_[owner_[i]];
+            i = owner_[i];
+        }
+        return i;
     }
 
     D3 At(const FaceVertex& c) const {
@@ -145,7 +171,7 @@ class Merger {
         P.F.VertexCount = static_cast<std::int32_t>(P.Corners.size());
         P.F.Primitive = PrimitiveFor(P.F.VertexCount);
         polys_[q].Alive = false;
-        Register(p);
+        owner_[q] = p;
         return true;
     }
 
@@ -189,13 +215,17 @@ class Merger {
     int max_;
     double planeTolerance_ = 0, turnTolerance_ = 0;
     std::vector<Poly> polys_;
-    std::unordered_map<std::uint64_t, std::size_t> edges_;
+    std::vector<std::size_t> outStart_, outPoly_, owner_;
+    std::vector<std::int32_t> outTo_;
 };
 
 }  // namespace
 
 int MergeCoplanarTriangles(SubObject& sub, int maxCorners) {
     if (sub.Faces.size() < 2) return 0;
+    for (const FaceVertex& c : sub.Corners) {
+        if (c.VertexIndex < 0 || c.VertexIndex >= sub.VertexCount()) return 0;
+    }
     return Merger(sub, maxCorners).Run();
 }
 
