@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <span>
 
 #include "model/geometry.h"
 
@@ -25,9 +26,10 @@ double Dot(D3 a, D3 b) {
     return a.X * b.X + a.Y * b.Y + a.Z * b.Z;
 }
 
+// A face and where its corners are in the pool (a joined face's corners are added at the end).
 struct Poly {
     Face F;
-    std::vector<FaceVertex> Corners;
+    std::size_t Start = 0, Size = 0;
     bool FromTriangle = false;
     bool Alive = true;
 };
@@ -43,15 +45,17 @@ class Merger {
         const double size = std::max(1e-3, static_cast<double>(Length(Subtract(hi, lo))));
         planeTolerance_ = 1e-4 * size;
         turnTolerance_ = 1e-6 * size * size;
+        pool_ = sub.Corners;
         std::size_t at = 0;
+        polys_.reserve(sub.Faces.size());
         for (const Face& f : sub.Faces) {
             Poly p;
             p.F = f;
-            p.Corners.assign(sub.Corners.begin() + static_cast<std::ptrdiff_t>(at),
-                             sub.Corners.begin() + static_cast<std::ptrdiff_t>(at) + f.VertexCount);
+            p.Start = at;
+            p.Size = static_cast<std::size_t>(f.VertexCount);
             p.FromTriangle = f.VertexCount == 3;
-            at += static_cast<std::size_t>(f.VertexCount);
-            polys_.push_back(std::move(p));
+            at += p.Size;
+            polys_.push_back(p);
         }
         // Each vertex's outgoing edges (to vertex, face) in one array, by vertex.
         const std::size_t vertices = sub.Vertices.size();
@@ -64,11 +68,11 @@ class Merger {
         outPoly_.resize(sub.Corners.size());
         std::vector<std::size_t> fill(outStart_.begin(), outStart_.end() - 1);
         for (std::size_t i = 0; i < polys_.size(); ++i) {
-            const auto& c = polys_[i].Corners;
+            const std::span<const FaceVertex> c = CornersOf(polys_[i]);
             for (std::size_t k = 0; k < c.size(); ++k) {
-                const std::size_t at = fill[static_cast<std::size_t>(c[k].VertexIndex)]++;
-                outTo_[at] = c[(k + 1) % c.size()].VertexIndex;
-                outPoly_[at] = i;
+                const std::size_t slot = fill[static_cast<std::size_t>(c[k].VertexIndex)]++;
+                outTo_[slot] = c[(k + 1) % c.size()].VertexIndex;
+                outPoly_[slot] = i;
             }
         }
         owner_.resize(polys_.size());
@@ -82,10 +86,11 @@ class Merger {
             if (!polys_[i].FromTriangle || !polys_[i].Alive) continue;
             for (bool grown = true; grown;) {
                 grown = false;
-                const std::vector<FaceVertex> loop = polys_[i].Corners;
-                for (std::size_t e = 0; e < loop.size() && !grown; ++e) {
+                const std::size_t size = polys_[i].Size;
+                for (std::size_t e = 0; e < size && !grown; ++e) {
+                    const std::span<const FaceVertex> loop = CornersOf(polys_[i]);
                     const std::int32_t a = loop[e].VertexIndex;
-                    const std::int32_t b = loop[(e + 1) % loop.size()].VertexIndex;
+                    const std::int32_t b = loop[(e + 1) % size].VertexIndex;
                     const std::size_t other = Across(b, a);
                     if (other == kNone) continue;
                     if (TryMerge(i, e, other)) {
@@ -95,12 +100,16 @@ class Merger {
                 }
             }
         }
-        Write();
+        if (absorbed > 0) Write();
         return absorbed;
     }
 
   private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    std::span<const FaceVertex> CornersOf(const Poly& p) const {
+        return std::span<const FaceVertex>(pool_).subspan(p.Start, p.Size);
+    }
 
     // The face that now holds the edge from vertex b to vertex a (the face it was first in, or
     // the one that face was joined into), or kNone.
@@ -134,20 +143,21 @@ class Merger {
         Poly& P = polys_[p];
         const Poly& Q = polys_[q];
         if (!SameLook(P.F, Q.F)) return false;
-        const std::size_t n = P.Corners.size();
-        const FaceVertex& pa = P.Corners[e];
-        const FaceVertex& pb = P.Corners[(e + 1) % n];
+        const std::span<const FaceVertex> pc = CornersOf(P), qc = CornersOf(Q);
+        const std::size_t n = pc.size(), m = qc.size();
+        const FaceVertex& pa = pc[e];
+        const FaceVertex& pb = pc[(e + 1) % n];
         // Q must hold the edge the other way (b then a), with the same texture places.
-        std::size_t j = Q.Corners.size();
-        for (std::size_t k = 0; k < Q.Corners.size(); ++k) {
-            if (Q.Corners[k].VertexIndex == pb.VertexIndex &&
-                Q.Corners[(k + 1) % Q.Corners.size()].VertexIndex == pa.VertexIndex) {
+        std::size_t j = m;
+        for (std::size_t k = 0; k < m; ++k) {
+            if (qc[k].VertexIndex == pb.VertexIndex &&
+                qc[(k + 1) % m].VertexIndex == pa.VertexIndex) {
                 j = k;
             }
         }
-        if (j == Q.Corners.size()) return false;
-        const FaceVertex& qb = Q.Corners[j];
-        const FaceVertex& qa = Q.Corners[(j + 1) % Q.Corners.size()];
+        if (j == m) return false;
+        const FaceVertex& qb = qc[j];
+        const FaceVertex& qa = qc[(j + 1) % m];
         const auto same = [](const FaceVertex& x, const FaceVertex& y) {
             return std::fabs(x.U - y.U) <= 1e-5f && std::fabs(x.V - y.V) <= 1e-5f;
         };
@@ -156,19 +166,19 @@ class Merger {
         const D3 np = Of(P.F.Normal), nq = Of(Q.F.Normal);
         if (!(Dot(np, nq) >= 1.0 - 1e-4)) return false;  // (not places that are no numbers)
         const D3 origin = At(pa);
-        for (const FaceVertex& c : Q.Corners) {
+        for (const FaceVertex& c : qc) {
             if (!(std::fabs(Dot(np, Minus(At(c), origin))) <= planeTolerance_)) return false;
         }
         // The joined loop: p up to a, q's corners after a and before b, then p from b on.
-        std::vector<FaceVertex> joined(P.Corners.begin(),
-                                       P.Corners.begin() + static_cast<std::ptrdiff_t>(e) + 1);
-        for (std::size_t k = (j + 2) % Q.Corners.size(); k != j; k = (k + 1) % Q.Corners.size())
-            joined.push_back(Q.Corners[k]);
-        joined.insert(joined.end(), P.Corners.begin() + static_cast<std::ptrdiff_t>(e) + 1,
-                      P.Corners.end());
-        if (static_cast<int>(joined.size()) > max_ || !Convex(joined)) return false;
-        P.Corners = std::move(joined);
-        P.F.VertexCount = static_cast<std::int32_t>(P.Corners.size());
+        joined_.assign(pc.begin(), pc.begin() + static_cast<std::ptrdiff_t>(e) + 1);
+        for (std::size_t k = (j + 2) % m; k != j; k = (k + 1) % m)
+            joined_.push_back(qc[k]);
+        joined_.insert(joined_.end(), pc.begin() + static_cast<std::ptrdiff_t>(e) + 1, pc.end());
+        if (static_cast<int>(joined_.size()) > max_ || !Convex(joined_)) return false;
+        P.Start = pool_.size();
+        P.Size = joined_.size();
+        pool_.insert(pool_.end(), joined_.begin(), joined_.end());
+        P.F.VertexCount = static_cast<std::int32_t>(P.Size);
         P.F.Primitive = PrimitiveFor(P.F.VertexCount);
         polys_[q].Alive = false;
         owner_[q] = p;
@@ -207,7 +217,8 @@ class Merger {
         for (Poly& p : polys_) {
             if (!p.Alive) continue;
             sub_.Faces.push_back(p.F);
-            sub_.Corners.insert(sub_.Corners.end(), p.Corners.begin(), p.Corners.end());
+            const std::span<const FaceVertex> c = CornersOf(p);
+            sub_.Corners.insert(sub_.Corners.end(), c.begin(), c.end());
         }
     }
 
@@ -215,6 +226,7 @@ class Merger {
     int max_;
     double planeTolerance_ = 0, turnTolerance_ = 0;
     std::vector<Poly> polys_;
+    std::vector<FaceVertex> pool_, joined_;
     std::vector<std::size_t> outStart_, outPoly_, owner_;
     std::vector<std::int32_t> outTo_;
 };
