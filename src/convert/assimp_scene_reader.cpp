@@ -137,8 +137,18 @@ double UnitScale(const aiScene& s) {
     return 1.0;
 }
 
-// The animations' node channels, by node name, on one timeline.
+// How surely an animation is a node's own: Blender writes a take for every object with every
+// action ("turret|radarAction" moves the turret as the radar moves); its own is the one whose
+// action is named after it ("turret|turretAction"). 2 own, 1 the node's take, 0 anything else.
+int Ownership(const std::string& animation, const std::string& node) {
+    if (animation.rfind(node + "|", 0) != 0) return 0;
+    return animation.compare(node.size() + 1, node.size(), node) == 0 ? 2 : 1;
+}
+
+// The animations' node channels, by node name, on one timeline: for each node and property
+// the channel of the animation most surely its own.
 void ReadAnimations(const aiScene& s, ImportScene& scene) {
+    std::vector<int> ownership;  // of each channel kept
     for (unsigned a = 0; a < s.mNumAnimations; ++a) {
         const aiAnimation& anim = *s.mAnimations[a];
         const double ticks = anim.mTicksPerSecond > 0 ? anim.mTicksPerSecond : 25.0;
@@ -149,12 +159,22 @@ void ReadAnimations(const aiScene& s, ImportScene& scene) {
                 if (scene.Nodes[n].Name == ch.mNodeName.C_Str()) node = static_cast<int>(n);
             }
             if (node < 0) continue;
-            const auto taken = [&](SceneChannel::Path path) {
-                return std::any_of(
-                    scene.Channels.begin(), scene.Channels.end(),
-                    [&](const SceneChannel& o) { return o.Node == node && o.Target == path; });
+            const int own = Ownership(anim.mName.C_Str(), ch.mNodeName.C_Str());
+            // Keeps `out` unless a channel more surely the node's own is kept already.
+            const auto keep = [&](SceneChannel out) {
+                for (std::size_t i = 0; i < scene.Channels.size(); ++i) {
+                    if (scene.Channels[i].Node != node || scene.Channels[i].Target != out.Target)
+                        continue;
+                    if (own > ownership[i]) {
+                        scene.Channels[i] = std::move(out);
+                        ownership[i] = own;
+                    }
+                    return;
+                }
+                scene.Channels.push_back(std::move(out));
+                ownership.push_back(own);
             };
-            if (ch.mNumPositionKeys > 1 && !taken(SceneChannel::Path::Translation)) {
+            if (ch.mNumPositionKeys > 1) {
                 SceneChannel out;
                 out.Node = node;
                 out.Target = SceneChannel::Path::Translation;
@@ -163,9 +183,9 @@ void ReadAnimations(const aiScene& s, ImportScene& scene) {
                     out.Times.push_back(static_cast<float>(key.mTime / ticks));
                     out.Values.insert(out.Values.end(), {key.mValue.x, key.mValue.y, key.mValue.z});
                 }
-                scene.Channels.push_back(std::move(out));
+                keep(std::move(out));
             }
-            if (ch.mNumRotationKeys > 1 && !taken(SceneChannel::Path::Rotation)) {
+            if (ch.mNumRotationKeys > 1) {
                 SceneChannel out;
                 out.Node = node;
                 out.Target = SceneChannel::Path::Rotation;
@@ -175,7 +195,7 @@ void ReadAnimations(const aiScene& s, ImportScene& scene) {
                     out.Values.insert(out.Values.end(),
                                       {key.mValue.x, key.mValue.y, key.mValue.z, key.mValue.w});
                 }
-                scene.Channels.push_back(std::move(out));
+                keep(std::move(out));
             }
             for (unsigned k = 1; k < ch.mNumScalingKeys; ++k) {
                 const aiVector3D d = ch.mScalingKeys[k].mValue - ch.mScalingKeys[0].mValue;
@@ -226,6 +246,9 @@ bool ReadAssimpScene(const std::string& path, ImportScene& scene, std::string& e
         AddNode(root, -1, scene.RootTransform, scene, meshOf);
     }
     ReadAnimations(*s, scene);
+    aiString generator;
+    if (s->mMetaData != nullptr && s->mMetaData->Get("SourceAsset_Generator", generator))
+        scene.ArrowsAlongZ = std::string(generator.C_Str()).rfind("Blender", 0) == 0;
     return true;
 }
 

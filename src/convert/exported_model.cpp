@@ -8,6 +8,7 @@
 
 #include "convert/gltf_common.h"
 #include "model/text_codec.h"
+#include "model/texture_rename.h"
 
 namespace mw {
 
@@ -120,6 +121,8 @@ std::optional<ModelData> SceneModelBuilder::Exact() {
         texture.Name = Text1252(entry, "name");
         texture.GameName = Text1252(entry, "game_name");
         texture.LoadedName = texture.Name;
+        // A mesh edited since (taken from the file) finds its materials' textures here.
+        textureOfName_.emplace(RenamedTexture(LowerCase1252(texture.Name)), t);
         m_.Textures.push_back(std::move(texture));
     }
     if (e.contains("special") && e["special"].is_object()) {

@@ -72,6 +72,9 @@ struct ImportScene {
     // What the reader applied above the root nodes (a container it left out, the file's
     // unit), columns: their animation moves in that space.
     std::array<double, 16> RootTransform{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    // Empties point along local +Z with local +Y up, as Blender shows them and its FBX keeps
+    // them; otherwise along local +Y with local -Z up, as glTF (and Blender's glTF) has them.
+    bool ArrowsAlongZ = false;
     // What the file animates that a model cannot keep.
     bool ScaleAnimated = false;
     bool MorphTargets = false;

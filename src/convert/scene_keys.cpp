@@ -33,6 +33,7 @@ Q Normalized(Q q) {
 
 struct Sample {
     int Frame = 0;
+    double Time = 0;  // seconds, as the file has it (frames are rounded)
     Values V{};
 };
 
@@ -56,15 +57,16 @@ std::vector<Sample> Samples(const SceneChannel& c) {
         frames[k] = std::isfinite(f) ? static_cast<int>(std::clamp(f, -1e6, 1e6)) : 0;
     }
     std::vector<Sample> out;
-    const auto add = [&](int frame, const Values& v) {
+    const auto add = [&](int frame, double time, const Values& v) {
         for (const double e : v) {
             if (!std::isfinite(e)) return;
         }
         if (!out.empty() && frame < out.back().Frame) return;  // times must not go back
         if (!out.empty() && frame == out.back().Frame) {
             out.back().V = v;
+            out.back().Time = time;
         } else {
-            out.push_back({frame, v});
+            out.push_back({frame, time, v});
         }
     };
     if (cubic && keys > 1 && frames.back() - frames.front() <= kMostSampledFrames) {
@@ -83,15 +85,15 @@ std::vector<Sample> Samples(const SceneChannel& c) {
                 v[i] = (2 * s3 - 3 * s2 + 1) * p0[i] + (s3 - 2 * s2 + s) * dt * m0[i] +
                        (-2 * s3 + 3 * s2) * p1[i] + (s3 - s2) * dt * m1[i];
             }
-            add(f, v);
+            add(f, t, v);
         }
         return out;
     }
     for (std::size_t k = 0; k < keys; ++k) {
-        add(frames[k], value(k));
+        add(frames[k], c.Times[k], value(k));
         if (c.Mode == SceneChannel::Interpolation::Step && k + 1 < keys &&
             frames[k + 1] - 1 > frames[k]) {
-            add(frames[k + 1] - 1, value(k));
+            add(frames[k + 1] - 1, (frames[k + 1] - 1) / kFramesPerSecond, value(k));
         }
     }
     return out;
@@ -101,17 +103,19 @@ std::vector<Sample> Samples(const SceneChannel& c) {
 // its mirrored space) and the angle in 65536ths of a turn.
 struct Turn {
     int Frame = 0;
+    double Time = 0;
     std::array<double, 3> Axis{1, 0, 0};
     double Units = 0;
 };
 
-Turn TurnOf(Q step, int frame) {
+Turn TurnOf(Q step, int frame, double time) {
     if (step[3] < 0)
         for (double& e : step)
             e = -e;
     const double s = std::sqrt(step[0] * step[0] + step[1] * step[1] + step[2] * step[2]);
     Turn t;
     t.Frame = frame;
+    t.Time = time;
     if (s > 1e-12) {
         t.Axis = {step[0] / s, -step[1] / s, -step[2] / s};
         t.Units = 2.0 * std::atan2(s, step[3]) * 32768.0 / std::numbers::pi;
@@ -134,16 +138,22 @@ std::vector<RotKey> RotationKeys(const SceneChannel& c, const Q& rest, const Q& 
         const Q d = Multiply(Multiply(parent, Multiply(q, Conjugate(rest))), Conjugate(parent));
         const Q step = k == 0 ? d : Multiply(d, Conjugate(previous));
         previous = d;
-        Turn t = TurnOf(step, samples[k].Frame);
+        Turn t = TurnOf(step, samples[k].Frame, samples[k].Time);
         if (k >= 2) {
-            // Going on about the same axis at the same speed: the same key, longer.
+            // Going on about the same axis at the same speed: the same key, longer. Speeds
+            // are taken over the file's times (frames of another rate round unevenly).
             Turn& last = turns.back();
-            const int lastFrames = last.Frame - turns[turns.size() - 2].Frame;
-            const int frames = t.Frame - last.Frame;
-            const double lastSpeed = last.Units / lastFrames, speed = t.Units / frames;
+            const double lastSpan = last.Time - turns[turns.size() - 2].Time;
+            const double span = t.Time - last.Time;
+            if (!(lastSpan > 0) || !(span > 0)) {
+                turns.push_back(t);
+                continue;
+            }
+            const double lastSpeed = last.Units / lastSpan, speed = t.Units / span;
             if (SameAxis(last, t) &&
                 std::fabs(speed - lastSpeed) <= 1e-3 * std::max(1.0, std::fabs(lastSpeed))) {
                 last.Frame = t.Frame;
+                last.Time = t.Time;
                 last.Units += t.Units;
                 continue;
             }

@@ -187,12 +187,14 @@ void SceneModelBuilder::SetPointFromNode(PointType type, int index, int node) {
                        world_[static_cast<std::size_t>(subNodes_[static_cast<std::size_t>(sub)])])
                  : Vector3{};
     const Vector3 position = Unmirror(Subtract(TranslationOf(w), origin));
-    const Vector3 direction = Unmirror(UnitOr(TransformDirection(w, {0.0f, 1.0f, 0.0f}), {}));
+    const Vector3 arrow = s_.ArrowsAlongZ ? Vector3{0.0f, 0.0f, 1.0f} : Vector3{0.0f, 1.0f, 0.0f};
+    const Vector3 direction = Unmirror(UnitOr(TransformDirection(w, arrow), {}));
     auto& list = m_.Points(type);
     const auto i = static_cast<std::size_t>(index);
     list[i] = {std::max(sub, 0), position, direction};
     if (type != PointType::ATCH) return;
-    const Vector3 up = Unmirror(UnitOr(TransformDirection(w, {0.0f, 0.0f, -1.0f}), {}));
+    const Vector3 upward = s_.ArrowsAlongZ ? Vector3{0.0f, 1.0f, 0.0f} : Vector3{0.0f, 0.0f, -1.0f};
+    const Vector3 up = Unmirror(UnitOr(TransformDirection(w, upward), {}));
     if (i < m_.AttachNormals.size()) {
         m_.AttachNormals[i] = {std::max(sub, 0), position, up};
     } else if (i == m_.AttachNormals.size()) {

@@ -291,6 +291,21 @@ TEST(GltfImport, EditedPartsOfAnExportWin) {
     EXPECT_EQ(back.Model.Sub(0).Vertices.size(), model.Sub(0).Vertices.size());
 }
 
+TEST(GltfImport, AnEditedMeshKeepsTheModelsTextures) {
+    const test::TempDir dir("gltf_edited_mesh");
+    const ModelData model = Loaded(BuildSampleModel());
+    const auto path = Export(model, dir, "ship.gltf");
+    // As after Blender: the hull's mesh no longer the one exported.
+    const ImportResult back = ImportChanged(path, [](nlohmann::json& doc) {
+        doc["nodes"][0]["extras"]["descent3"]["mesh_fingerprint"] = "0000000000000000";
+    });
+    ASSERT_EQ(back.Status, ImportStatus::Done);
+    EXPECT_TRUE(back.Exact);
+    ASSERT_EQ(back.Model.Textures.size(), model.Textures.size());
+    for (std::size_t f = 0; f < model.Sub(0).Faces.size(); ++f)
+        EXPECT_EQ(back.Model.Sub(0).Faces[f].TextureIndex, model.Sub(0).Faces[f].TextureIndex);
+}
+
 }  // namespace
 }  // namespace mw
 
