@@ -13,6 +13,7 @@
 
 #include "convert/gltf_buffer.h"
 #include "convert/gltf_common.h"
+#include "convert/gltf_extras_writer.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
@@ -103,7 +104,7 @@ class Exporter {
         doc["scenes"] = json::array({{{"name", "Model"}, {"nodes", roots_}}});
         // The model's own fields go with the first sub-object's node: Blender keeps a node's
         // extras as they are, but writes a scene's back as text of its own.
-        doc["nodes"][0]["extras"][kExtrasKey]["model"] = ModelExtras();
+        doc["nodes"][0]["extras"][kExtrasKey]["model"] = extras_.ModelExtras();
         doc["scene"] = 0;
         for (const char* list : {"materials"}) {
             if (doc[list].empty()) doc.erase(list);
@@ -226,74 +227,10 @@ class Exporter {
         json node{{"name", Utf8From1252(sub.Name)}};
         if (sub.Offset != Vector3{}) node["translation"] = VectorJson(Finite(Mirror(sub.Offset)));
         node["extras"]["pof_properties"] = Utf8From1252(sub.Properties);
-        json extras = SubObjectExtras(sub);
+        json extras = extras_.SubObjectExtras(sub);
         if (const auto mesh = Mesh(sub, extras)) node["mesh"] = *mesh;
         node["extras"][kExtrasKey] = std::move(extras);
         return node;
-    }
-
-    json SubObjectExtras(const SubObject& sub) {
-        json e{{"record", &sub - m_.SubObjects.data()},
-               {"index", sub.Index},
-               {"parent", sub.Parent},
-               {"kept_vector_a", VectorJson(sub.KeptVectorA)},
-               {"kept_float", FloatJson(sub.KeptFloat)},
-               {"kept_vector_b", VectorJson(sub.KeptVectorB)},
-               {"offset", VectorJson(sub.Offset)},
-               {"radius", FloatJson(sub.Radius)},
-               {"kept_int_a", sub.KeptIntA},
-               {"kept_int_b", sub.KeptIntB},
-               {"center", VectorJson(sub.Center)},
-               {"kept_int_c", sub.KeptIntC},
-               {"kept_int_d", sub.KeptIntD}};
-        // Keys as numbers (another program keeps these, not the buffer views): a position key
-        // as frame, x, y, z; a rotation key as frame, x, y, z, angle.
-        json pos = json::array(), rot = json::array();
-        for (const PosKey& k : sub.Pos.Keys) {
-            pos.push_back(k.Frame);
-            for (const json& v : VectorJson(k.Position))
-                pos.push_back(v);
-        }
-        for (const RotKey& k : sub.Rot.Keys) {
-            rot.push_back(k.Frame);
-            for (const json& v : VectorJson(k.Axis))
-                rot.push_back(v);
-            rot.push_back(k.Angle);
-        }
-        e["position_keys"] = {
-            {"first", sub.Pos.FirstFrame}, {"last", sub.Pos.LastFrame}, {"keys", std::move(pos)}};
-        e["rotation_keys"] = {
-            {"first", sub.Rot.FirstFrame}, {"last", sub.Rot.LastFrame}, {"keys", std::move(rot)}};
-        e["vertices"] = Block(sub.Vertices);
-        e["faces"] = FaceBlock(sub.Faces);
-        e["corners"] = Block(sub.Corners);
-        return e;
-    }
-
-    // The faces as records, written straight into the buffer.
-    json FaceBlock(const std::vector<Face>& faces) {
-        if (faces.empty()) return {{"empty", true}};
-        BufferBuilder& b = out_.buffers;
-        const std::size_t bytes = faces.size() * sizeof(FaceRecord);
-        const std::size_t at = b.Allocate(bytes);
-        for (std::size_t i = 0; i < faces.size(); ++i) {
-            const Face& f = faces[i];
-            const FaceRecord record{f.Normal, f.VertexCount, f.Textured,  f.TextureIndex,
-                                    f.Color,  f.FaceKeptA,   f.FaceKeptB, f.Primitive};
-            b.Put(at + i * sizeof(FaceRecord), record);
-        }
-        return {{"buffer_view", b.ViewAt(at, bytes, std::nullopt)},
-                {"check", BlockCheck(b.Bytes(at, bytes))}};
-    }
-
-    // Records kept whole in a buffer view of their own, with a check to know them again.
-    template <typename T>
-    json Block(const std::vector<T>& values) {
-        if (values.empty()) return {{"empty", true}};  // glTF has no empty buffer views
-        const auto bytes = std::as_bytes(std::span(values));
-        const std::span<const std::uint8_t> raw{reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                                                bytes.size()};
-        return {{"buffer_view", out_.buffers.View(raw, std::nullopt)}, {"check", BlockCheck(raw)}};
     }
 
     // The faces as one primitive per material, each corner its own glTF vertex, written
@@ -500,61 +437,11 @@ class Exporter {
         return kept;
     }
 
-    json ModelExtras() const {
-        json e{{"version", m_.Version},
-               {"radius", FloatJson(m_.Header.Radius)},
-               {"min", VectorJson(m_.Header.Min)},
-               {"max", VectorJson(m_.Header.Max)},
-               {"header_list", m_.HeaderList},
-               {"pinf", Utf8From1252(m_.PinfText)},
-               {"frame_min", m_.FrameMin},
-               {"frame_max", m_.FrameMax},
-               {"has_pani", m_.HasPANI},
-               {"has_rani", m_.HasRANI},
-               {"sub_objects", m_.SubObjects.size()}};
-        // Only objects, texts, numbers and flat lists of numbers: Blender keeps those as they
-        // are (a list of objects or of lists it turns into one text). Lists of records are
-        // objects by index, and points flat lists of parent, position and normal.
-        json textures = json::object();
-        for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
-            textures[std::to_string(t)] = {{"name", Utf8From1252(m_.Textures[t].Name)},
-                                           {"game_name", Utf8From1252(m_.Textures[t].GameName)}};
-        }
-        e["textures"] = std::move(textures);
-        json points = json::object();
-        for (const PointType type : kPointTypes) {
-            json list = json::array();
-            for (const ModelPoint& p : m_.Points(type)) {
-                list.push_back(p.Parent);
-                for (const Vector3 v : {p.Position, p.Normal}) {
-                    for (const json& f : VectorJson(v))
-                        list.push_back(f);
-                }
-            }
-            points[PointTag(type)] = std::move(list);
-        }
-        e["points"] = std::move(points);
-        if (m_.Special) {
-            e["special"] = {{"name", Utf8From1252(m_.Special->Name)},
-                            {"properties", Utf8From1252(m_.Special->Properties)},
-                            {"position", VectorJson(m_.Special->Position)},
-                            {"radius", FloatJson(m_.Special->Radius)}};
-        }
-        json batteries = json::object();
-        for (std::size_t b = 0; b < m_.Batteries.size(); ++b) {
-            batteries[std::to_string(b)] = {{"guns", m_.Batteries[b].GunPoints},
-                                            {"turrets", m_.Batteries[b].Turrets}};
-        }
-        e["batteries"] = std::move(batteries);
-        e["battery_count"] = m_.Batteries.size();
-        e["texture_count"] = m_.Textures.size();
-        return e;
-    }
-
     const ModelData& m_;
     const TexturePictures& pictures_;
     bool embed_;
     Output out_;
+    ExtrasWriter extras_{m_, out_.buffers};
     json roots_ = json::array();
     std::map<std::uint32_t, int> colours_;
     bool vertexColours_ = false;
