@@ -74,6 +74,7 @@ int SceneModelBuilder::ExactOrder(const json& sub) {
 // The model our own export wrote, or nullopt when the file is not one or has been
 // changed past what the extras can follow (sub-objects added or removed).
 std::optional<ModelData> SceneModelBuilder::Exact() {
+    Reset();
     // The model's fields are kept with the node of the first sub-object.
     const json* model = nullptr;
     for (const SceneNode& node : s_.Nodes) {

@@ -31,13 +31,11 @@ ImportResult ModelFromScene(const ImportScene& scene, const ImportOptions& optio
     if (auto exact = builder.Exact()) {
         model = std::move(*exact);
         result.Exact = true;
-        result.MergedTriangles = builder.MergedTriangles;
     } else {
-        SceneModelBuilder generic(scene);
-        model = generic.Generic();
-        result.Notes = std::move(generic.Notes);
-        result.MergedTriangles = generic.MergedTriangles;
+        model = builder.Generic();
     }
+    result.Notes = std::move(builder.Notes);
+    result.MergedTriangles = builder.MergedTriangles;
     if (options.Scale != 1.0f && ScaleModel(model, options.Scale * 100.0f) != ScaleResult::Done) {
         result.Status = ImportStatus::BadScale;
         result.Error = "At that scale the model would be too small or too large for the game.";

@@ -58,8 +58,20 @@ std::string SceneModelBuilder::Fingerprint(const std::vector<int>& meshes) const
     return any ? print.Text() : std::string();
 }
 
+// What a build leaves behind, gone: one builder tries the exact way, then the generic one.
+void SceneModelBuilder::Reset() {
+    subNodes_.clear();
+    subOf_.assign(s_.Nodes.size(), -1);
+    m_ = ModelData{};
+    textureOfName_.clear();
+    Notes.clear();
+    MergedTriangles = 0;
+    KeyCount = 0;
+}
+
 // A model from the nodes alone.
 ModelData SceneModelBuilder::Generic() {
+    Reset();
     const std::size_t count = s_.Nodes.size();
     std::vector<bool> holds(count, false);
     for (std::size_t n = count; n-- > 0;) {

@@ -32,6 +32,7 @@ class SceneModelBuilder {
     int KeyCount = 0;
 
   private:
+    void Reset();
     bool HasFaces(int node) const;
     // The hash the export keeps of a node's meshes; empty for none.
     std::string Fingerprint(const std::vector<int>& meshes) const;
