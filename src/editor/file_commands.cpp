@@ -298,8 +298,7 @@ bool FileCommands::ExportGltf() {
         const auto& resolved = textures_->loaded().Resolved;
         for (std::size_t t = 0; t < pictures.size() && t < textures_->pictures().size(); ++t) {
             if (t >= resolved.size() || !resolved[t].Decoded) continue;
-            const TexturePicture& p = textures_->pictures()[t];
-            pictures[t] = RgbaImage{p.Width, p.Height, p.Pixels};
+            pictures[t] = textures_->pictures()[t];
         }
     }
     const std::string error = ExportGLTF(doc_.model(), pictures, chosen.toStdString());

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <random>
 
-#include "convert/package.h"
 #include "convert/texture_images.h"
 #include "editor/document.h"
 #include "editor/file_text.h"
@@ -16,9 +15,9 @@ namespace {
 // Keeps what the loader decodes instead of sending it to a GPU.
 class PictureStore : public TextureUploader {
   public:
-    explicit PictureStore(std::vector<TexturePicture>& pictures) : pictures_(pictures) {}
+    explicit PictureStore(std::vector<RgbaImage>& pictures) : pictures_(pictures) {}
     void AllocModelTextures(int count) override {
-        pictures_.assign(static_cast<std::size_t>(count), TexturePicture{});
+        pictures_.assign(static_cast<std::size_t>(count), RgbaImage{});
     }
     void UploadModelTexture(int texture, int width, int height,
                             const std::uint32_t* pixels) override {
@@ -28,10 +27,10 @@ class PictureStore : public TextureUploader {
     }
 
   private:
-    std::vector<TexturePicture>& pictures_;
+    std::vector<RgbaImage>& pictures_;
 };
 
-TexturePicture PictureOf(DecodedImage image) {
+RgbaImage PictureOf(DecodedImage image) {
     return {image.Width, image.Height, std::move(image.Pixels)};
 }
 
@@ -58,7 +57,7 @@ void ModelTextures::connectSignals() {
     });
 }
 
-const TexturePicture* ModelTextures::picture(int t) const {
+const RgbaImage* ModelTextures::picture(int t) const {
     if (t < 0 || t >= count()) return nullptr;
     return &pictures_[static_cast<std::size_t>(t)];
 }
@@ -88,21 +87,21 @@ QString ModelTextures::ImageName(int t) const {
 QString ModelTextures::SizeText(int t) const {
     if (t < 0 || static_cast<std::size_t>(t) >= loaded_.Resolved.size()) return {};
     if (!loaded_.Resolved[static_cast<std::size_t>(t)].Decoded) return {};
-    const TexturePicture& p = pictures_[static_cast<std::size_t>(t)];
+    const RgbaImage& p = pictures_[static_cast<std::size_t>(t)];
     return QString("%1x%2").arg(p.Width).arg(p.Height);
 }
 
 void ModelTextures::UploadTo(TextureUploader& uploader) const {
     uploader.AllocModelTextures(count());
     for (int t = 0; t < count(); ++t) {
-        const TexturePicture& p = pictures_[static_cast<std::size_t>(t)];
+        const RgbaImage& p = pictures_[static_cast<std::size_t>(t)];
         uploader.UploadModelTexture(t, p.Width, p.Height, p.Pixels.data());
     }
 }
 
 bool ModelTextures::FromLooseImage(int t) const {
-    return t >= 0 && static_cast<std::size_t>(t) < looseImage_.size() &&
-           looseImage_[static_cast<std::size_t>(t)];
+    return t >= 0 && static_cast<std::size_t>(t) < loaded_.Resolved.size() &&
+           loaded_.Resolved[static_cast<std::size_t>(t)].Source == TextureSource::Loose;
 }
 
 void ModelTextures::Reload() {
@@ -111,13 +110,6 @@ void ModelTextures::Reload() {
     const std::string path = doc_.ModelPath().toStdString();
     LoadModelTextures(doc_.model(), path, game_, settings_, missing_, store, loaded_,
                       DecodePictureFile);
-    looseImage_.clear();
-    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-    for (const PackageTexture& p :
-         PlanPackageTextures(doc_.model(), game_, settings_, {folder.empty() ? "." : folder})) {
-        looseImage_.push_back(p.Source == PackageSource::CopiedImage ||
-                              p.Source == PackageSource::EncodedImage);
-    }
     emit texturesChanged();
 }
 

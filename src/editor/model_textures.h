@@ -9,19 +9,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "gamedata/ogf_writer.h"
 #include "gamedata/texture_loader.h"
 
 namespace mw {
 
 class Document;
 class Prompts;
-
-// One texture's first picture (the placeholder where the game data had none).
-struct TexturePicture {
-    int Width = 0;
-    int Height = 0;
-    std::vector<std::uint32_t> Pixels;
-};
 
 class ModelTextures : public QObject {
     Q_OBJECT
@@ -31,9 +25,11 @@ class ModelTextures : public QObject {
                   Prompts* prompts = nullptr, QObject* parent = nullptr);
 
     const LoadedTextures& loaded() const { return loaded_; }
-    const std::vector<TexturePicture>& pictures() const { return pictures_; }
-    const TexturePicture* picture(int t) const;
-    const TexturePicture& glow() const { return glow_; }
+    // Each texture's first picture (the placeholder where the game data had none), as the
+    // exporter and the image writers take them.
+    const std::vector<RgbaImage>& pictures() const { return pictures_; }
+    const RgbaImage* picture(int t) const;
+    const RgbaImage& glow() const { return glow_; }
     int count() const { return static_cast<int>(pictures_.size()); }
 
     // The names the textures panel shows for texture t: the game name (else the model's own
@@ -42,8 +38,8 @@ class ModelTextures : public QObject {
     QString ImageName(int t) const;
     QString SizeText(int t) const;
 
-    // True when texture t would come from a loose image (beside the model, or in the folder
-    // of loose images) rather than from the game data: a package would bring it.
+    // True when the loader found texture t as a loose image (beside the model, or in the
+    // folder of loose images) rather than in the game data: a package would bring it.
     bool FromLooseImage(int t) const;
 
     // Hands every picture to an uploader (a view's renderer) as the loader would.
@@ -68,9 +64,8 @@ class ModelTextures : public QObject {
     Prompts* prompts_;
     std::vector<std::uint32_t> missing_;
     LoadedTextures loaded_;
-    std::vector<TexturePicture> pictures_;
-    TexturePicture glow_;
-    std::vector<bool> looseImage_;
+    std::vector<RgbaImage> pictures_;
+    RgbaImage glow_;
 };
 
 }  // namespace mw

@@ -96,7 +96,7 @@ void Viewport::initializeGL() {
 
 void Viewport::UploadGlow() {
     if (!glReady_) return;
-    const TexturePicture& glow = textures_.glow();
+    const RgbaImage& glow = textures_.glow();
     makeCurrent();
     renderer_.UploadGlowTexture(glow.Width, glow.Height, glow.Pixels.data());
     doneCurrent();

@@ -37,7 +37,7 @@ void TexturePreview::initializeGL() {
 void TexturePreview::paintGL() {
     const qreal ratio = devicePixelRatioF();
     const int w = static_cast<int>(width() * ratio), h = static_cast<int>(height() * ratio);
-    const TexturePicture* picture = textures_.picture(texture_);
+    const RgbaImage* picture = textures_.picture(texture_);
     if (picture == nullptr) {
         glViewport(0, 0, w, h);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
