@@ -145,6 +145,21 @@ int Ownership(const std::string& animation, const std::string& node) {
     return animation.compare(node.size() + 1, node.size(), node) == 0 ? 2 : 1;
 }
 
+// One property's keys (times in ticks) as a channel, the values as `values` lists them.
+template <typename Key, typename Values>
+SceneChannel ChannelOf(int node, SceneChannel::Path path, const Key* keys, unsigned count,
+                       double ticksPerSecond, Values values) {
+    SceneChannel out;
+    out.Node = node;
+    out.Target = path;
+    for (unsigned k = 0; k < count; ++k) {
+        out.Times.push_back(static_cast<float>(keys[k].mTime / ticksPerSecond));
+        for (const float v : values(keys[k].mValue))
+            out.Values.push_back(v);
+    }
+    return out;
+}
+
 // The animations' node channels, by node name, on one timeline: for each node and property
 // the channel of the animation most surely its own.
 void ReadAnimations(const aiScene& s, ImportScene& scene) {
@@ -175,27 +190,16 @@ void ReadAnimations(const aiScene& s, ImportScene& scene) {
                 ownership.push_back(own);
             };
             if (ch.mNumPositionKeys > 1) {
-                SceneChannel out;
-                out.Node = node;
-                out.Target = SceneChannel::Path::Translation;
-                for (unsigned k = 0; k < ch.mNumPositionKeys; ++k) {
-                    const aiVectorKey& key = ch.mPositionKeys[k];
-                    out.Times.push_back(static_cast<float>(key.mTime / ticks));
-                    out.Values.insert(out.Values.end(), {key.mValue.x, key.mValue.y, key.mValue.z});
-                }
-                keep(std::move(out));
+                keep(ChannelOf(node, SceneChannel::Path::Translation, ch.mPositionKeys,
+                               ch.mNumPositionKeys, ticks, [](const aiVector3D& v) {
+                                   return std::vector<float>{v.x, v.y, v.z};
+                               }));
             }
             if (ch.mNumRotationKeys > 1) {
-                SceneChannel out;
-                out.Node = node;
-                out.Target = SceneChannel::Path::Rotation;
-                for (unsigned k = 0; k < ch.mNumRotationKeys; ++k) {
-                    const aiQuatKey& key = ch.mRotationKeys[k];
-                    out.Times.push_back(static_cast<float>(key.mTime / ticks));
-                    out.Values.insert(out.Values.end(),
-                                      {key.mValue.x, key.mValue.y, key.mValue.z, key.mValue.w});
-                }
-                keep(std::move(out));
+                keep(ChannelOf(node, SceneChannel::Path::Rotation, ch.mRotationKeys,
+                               ch.mNumRotationKeys, ticks, [](const aiQuaternion& q) {
+                                   return std::vector<float>{q.x, q.y, q.z, q.w};
+                               }));
             }
             for (unsigned k = 1; k < ch.mNumScalingKeys; ++k) {
                 const aiVector3D d = ch.mScalingKeys[k].mValue - ch.mScalingKeys[0].mValue;

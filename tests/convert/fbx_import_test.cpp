@@ -162,134 +162,24 @@ const std::string kTurret =
 
 // The turret as Blender writes it with "All Actions": a take for the turret with every
 // action of the scene, the radar's (a full turn) first, its own (a quarter turn) after.
-const std::string kTakes =
-    "; FBX 7.4.0 project file\n"
-    "FBXHeaderExtension:  {\n"
-    "	FBXHeaderVersion: 1003\n"
-    "	FBXVersion: 7400\n"
-    "	Creator: \"test\"\n"
-    "}\n"
-    "GlobalSettings:  {\n"
-    "	Version: 1000\n"
-    "	Properties70:  {\n"
-    "		P: \"UpAxis\", \"int\", \"Integer\", \"\",1\n"
-    "		P: \"UpAxisSign\", \"int\", \"Integer\", \"\",1\n"
-    "		P: \"FrontAxis\", \"int\", \"Integer\", \"\",2\n"
-    "		P: \"FrontAxisSign\", \"int\", \"Integer\", \"\",1\n"
-    "		P: \"CoordAxis\", \"int\", \"Integer\", \"\",0\n"
-    "		P: \"CoordAxisSign\", \"int\", \"Integer\", \"\",1\n"
-    "		P: \"UnitScaleFactor\", \"double\", \"Number\", \"\",100\n"
-    "	}\n"
-    "}\n"
-    "Definitions:  {\n"
-    "	Version: 100\n"
-    "	Count: 2\n"
-    "	ObjectType: \"Model\" {\n"
-    "		Count: 1\n"
-    "	}\n"
-    "	ObjectType: \"Geometry\" {\n"
-    "		Count: 1\n"
-    "	}\n"
-    "}\n"
-    "Objects:  {\n"
-    "	Geometry: 1000, \"Geometry::Quad\", \"Mesh\" {\n"
-    "		Vertices: *12 {\n"
-    "			a: -1,-1,0,1,-1,0,1,1,0,-1,1,0\n"
-    "		}\n"
-    "		PolygonVertexIndex: *4 {\n"
-    "			a: 0,1,2,-4\n"
-    "		}\n"
-    "		GeometryVersion: 124\n"
-    "	}\n"
-    "	AnimationStack: 4000, \"AnimStack::Turret|RadarAction\", \"\" {\n"
-    "		Properties70:  {\n"
-    "			P: \"LocalStop\", \"KTime\", \"Time\", \"\",46186158000\n"
-    "		}\n"
-    "	}\n"
-    "	AnimationLayer: 4001, \"AnimLayer::BaseLayer\", \"\" {\n"
-    "	}\n"
-    "	AnimationCurveNode: 4002, \"AnimCurveNode::R\", \"\" {\n"
-    "		Properties70:  {\n"
-    "			P: \"d|X\", \"Number\", \"\", \"A\",0\n"
-    "			P: \"d|Y\", \"Number\", \"\", \"A\",0\n"
-    "			P: \"d|Z\", \"Number\", \"\", \"A\",0\n"
-    "		}\n"
-    "	}\n"
-    "	AnimationCurve: 4003, \"AnimCurve::\", \"\" {\n"
-    "		Default: 0\n"
-    "		KeyVer: 4009\n"
-    "		KeyTime: *2 {\n"
-    "			a: 0,46186158000\n"
-    "		}\n"
-    "		KeyValueFloat: *2 {\n"
-    "			a: 0,360\n"
-    "		}\n"
-    "		KeyAttrFlags: *1 {\n"
-    "			a: 24836\n"
-    "		}\n"
-    "		KeyAttrDataFloat: *4 {\n"
-    "			a: 0,0,255790911,0\n"
-    "		}\n"
-    "		KeyAttrRefCount: *1 {\n"
-    "			a: 2\n"
-    "		}\n"
-    "	}\n"
-    "	AnimationStack: 3000, \"AnimStack::Turret|TurretAction\", \"\" {\n"
-    "		Properties70:  {\n"
-    "			P: \"LocalStop\", \"KTime\", \"Time\", \"\",46186158000\n"
-    "		}\n"
-    "	}\n"
-    "	AnimationLayer: 3001, \"AnimLayer::BaseLayer\", \"\" {\n"
-    "	}\n"
-    "	AnimationCurveNode: 3002, \"AnimCurveNode::R\", \"\" {\n"
-    "		Properties70:  {\n"
-    "			P: \"d|X\", \"Number\", \"\", \"A\",0\n"
-    "			P: \"d|Y\", \"Number\", \"\", \"A\",0\n"
-    "			P: \"d|Z\", \"Number\", \"\", \"A\",0\n"
-    "		}\n"
-    "	}\n"
-    "	AnimationCurve: 3003, \"AnimCurve::\", \"\" {\n"
-    "		Default: 0\n"
-    "		KeyVer: 4009\n"
-    "		KeyTime: *2 {\n"
-    "			a: 0,46186158000\n"
-    "		}\n"
-    "		KeyValueFloat: *2 {\n"
-    "			a: 0,90\n"
-    "		}\n"
-    "		KeyAttrFlags: *1 {\n"
-    "			a: 24836\n"
-    "		}\n"
-    "		KeyAttrDataFloat: *4 {\n"
-    "			a: 0,0,255790911,0\n"
-    "		}\n"
-    "		KeyAttrRefCount: *1 {\n"
-    "			a: 2\n"
-    "		}\n"
-    "	}\n"
-    "	Model: 2000, \"Model::Turret\", \"Mesh\" {\n"
-    "		Version: 232\n"
-    "		Properties70:  {\n"
-    "			P: \"Lcl Translation\", \"Lcl Translation\", \"\", \"A\",0,0,-2\n"
-    "			P: \"pof_properties\", \"KString\", \"\", \"U\", \"$fov=90,3,1\"\n"
-    "		}\n"
-    "		Shading: T\n"
-    "		Culling: \"CullingOff\"\n"
-    "	}\n"
-    "}\n"
-    "Connections:  {\n"
-    "	C: \"OO\",4001,4000\n"
-    "	C: \"OO\",4002,4001\n"
-    "	C: \"OP\",4002,2000, \"Lcl Rotation\"\n"
-    "	C: \"OP\",4003,4002, \"d|Y\"\n"
-    "	C: \"OO\",3001,3000\n"
-    "	C: \"OO\",3002,3001\n"
-    "	C: \"OP\",3002,2000, \"Lcl Rotation\"\n"
-    "	C: \"OP\",3003,3002, \"d|Y\"\n"
-    "	C: \"OO\",2000,0\n"
-    "	C: \"OO\",1000,2000\n"
-    "}\n"
-    "\n";
+std::string Takes() {
+    std::string own = kTurret;
+    own.replace(own.find("Take 001"), 8, "Turret|TurretAction");
+    const std::size_t from = own.find("\tAnimationStack: 3000");
+    const std::size_t to = own.find("\tModel: 2000,");
+    std::string other = own.substr(from, to - from);
+    for (const char* id : {"3000", "3001", "3002", "3003"}) {
+        for (std::size_t at; (at = other.find(id)) != std::string::npos;)
+            other[at] = '4';
+    }
+    other.replace(other.find("TurretAction"), 12, "RadarAction");
+    other.replace(other.find("a: 0,90"), 7, "a: 0,360");
+    own.insert(from, other);
+    own.insert(own.find("\tC: \"OO\",3001,3000"),
+               "\tC: \"OO\",4001,4000\n\tC: \"OO\",4002,4001\n"
+               "\tC: \"OP\",4002,2000, \"Lcl Rotation\"\n\tC: \"OP\",4003,4002, \"d|Y\"\n");
+    return own;
+}
 
 ImportResult ImportText(const test::TempDir& dir, const std::string& name,
                         const std::string& text) {
@@ -338,7 +228,7 @@ TEST(FbxImport, UserPropertiesAndAnimationCurves) {
 
 TEST(FbxImport, TheNodesOwnTakeAndBlendersArrows) {
     const test::TempDir dir("fbx_takes");
-    const ImportResult takes = ImportText(dir, "takes.fbx", kTakes);
+    const ImportResult takes = ImportText(dir, "takes.fbx", Takes());
     ASSERT_EQ(takes.Status, ImportStatus::Done) << takes.Error;
     ASSERT_EQ(takes.Model.Sub(0).Rot.Keys.size(), 2u);
     EXPECT_EQ(takes.Model.Sub(0).Rot.Keys[1].Angle, 16384);
