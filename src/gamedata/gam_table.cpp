@@ -1,6 +1,7 @@
 #include "gamedata/gam_table.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "gamedata/file_names.h"
 #include "gamedata/gam_field_lists.h"
@@ -90,9 +91,9 @@ class BytesOut final : public FieldVisitor {
             w_.u8(static_cast<std::uint8_t>(v));
         }
     }
-    void Int(std::string_view, std::int32_t& v) override { w_.i32(v); }
-    void UInt(std::string_view, std::uint32_t& v) override { w_.u32(v); }
-    void Float(std::string_view, float& v) override { w_.f32(v); }
+    void Int(std::string_view, std::int32_t& v) override { Four(static_cast<std::uint32_t>(v)); }
+    void UInt(std::string_view, std::uint32_t& v) override { Four(v); }
+    void Float(std::string_view, float& v) override { Four(std::bit_cast<std::uint32_t>(v)); }
     void Flag(std::string_view, bool& v) override { w_.u8(v ? 1 : 0); }
     void Text(std::string_view, std::string& v) override {
         // A text stops at its first NUL, as the game reads it.
@@ -105,6 +106,13 @@ class BytesOut final : public FieldVisitor {
     }
 
   private:
+    // Four bytes, least significant first, in one append (a page holds thousands of numbers).
+    void Four(std::uint32_t v) {
+        const char bytes[4] = {static_cast<char>(v), static_cast<char>(v >> 8),
+                               static_cast<char>(v >> 16), static_cast<char>(v >> 24)};
+        w_.raw(std::string_view(bytes, 4));
+    }
+
     ByteWriter& w_;
 };
 
@@ -312,15 +320,35 @@ std::vector<std::uint8_t> EncodePage(const PageRecord& record) {
     const std::uint8_t type = PageTypeOf(record);
     w.u8(type);
     w.i32(0);
-    PageRecord copy = record;
     BytesOut out(w);
-    VisitRecord(copy, [&](auto& r) {
+    const auto encode = [&](auto& r) {
         if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-            r.Version = Kind(type)->Current;
             w.u16(static_cast<std::uint16_t>(r.Version));
             VisitFieldsOf(r, out);
         }
-    });
+    };
+    // The fields a version has depend on it: a record of another version is written as a
+    // copy set to the current one. Writing only reads the fields, so a current record is
+    // written as it is (a generic page holds thousands of texts: a copy each time costs).
+    const std::int16_t current = Kind(type) != nullptr ? Kind(type)->Current : 0;
+    const bool isCurrent =
+        VisitRecord(record, [&](const auto& r) -> bool {
+            if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+                return true;
+            } else {
+                return r.Version == current;
+            }
+        });
+    if (isCurrent) {
+        VisitRecord(const_cast<PageRecord&>(record), encode);
+    } else {
+        PageRecord copy = record;
+        VisitRecord(copy, [&](auto& r) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>)
+                r.Version = current;
+            encode(r);
+        });
+    }
     w.patchI32(1, static_cast<std::int32_t>(w.size() - 1));
     return w.release();
 }
