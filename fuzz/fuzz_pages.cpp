@@ -16,13 +16,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     if (mw::WriteGamPages(*table) != std::vector<std::uint8_t>(data, data + size)) std::abort();
     for (const mw::TablePage& page : table->Pages) {
-        if (std::holds_alternative<std::monostate>(page.Record)) continue;
-        const mw::TablePage made = mw::MakePage(page.Record);
+        if (std::holds_alternative<std::monostate>(page.Record())) continue;
+        const mw::TablePage made = mw::MakePage(page.Record());
         std::string again;
         const auto reread = mw::ReadGamPages(made.Bytes, again);
         if (!reread || reread->Pages.size() != 1 || reread->Pages[0].ExtraBytes() != 0)
             std::abort();
-        if (mw::EncodePage(reread->Pages[0].Record) != made.Bytes) std::abort();
+        if (mw::EncodePage(reread->Pages[0].Record()) != made.Bytes) std::abort();
         (void)mw::PageJson(made);
         mw::TablePage renamed = made;
         if (!mw::SetPageField(renamed, "name", "Fuzzed").empty()) std::abort();

@@ -170,7 +170,7 @@ void NestGeneric(json& j) {
 
 // The path the field list uses for a path the JSON shows.
 std::string FieldPath(const TablePage& page, std::string_view path) {
-    if (!(RecordAs<GenericRecord>(page.Record) != nullptr)) return std::string(path);
+    if (!(RecordAs<GenericRecord>(page.Record()) != nullptr)) return std::string(path);
     std::vector<std::string> parts;
     for (std::size_t at = 0;;) {
         const auto dot = path.find('.', at);
@@ -192,12 +192,12 @@ std::string FieldPath(const TablePage& page, std::string_view path) {
 json PageJson(const TablePage& page) {
     json j = json::object();
     j["kind"] = PageKindName(page.Type);
-    if (std::holds_alternative<std::monostate>(page.Record)) {
+    if (std::holds_alternative<std::monostate>(page.Record())) {
         j["type"] = page.Type;
         j["length"] = page.Bytes.size() >= 5 ? page.Bytes.size() - 1 : 0;
         return j;
     }
-    PageRecord copy = page.Record;
+    PageRecord copy = page.Record();
     ToJson out(j);
     VisitRecord(copy, [&](auto& r) {
         if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
@@ -205,19 +205,19 @@ json PageJson(const TablePage& page) {
             VisitFields(r, out);
         }
     });
-    if ((RecordAs<GenericRecord>(page.Record) != nullptr)) NestGeneric(j);
+    if ((RecordAs<GenericRecord>(page.Record()) != nullptr)) NestGeneric(j);
     return j;
 }
 
 std::string SetPageField(TablePage& page, std::string_view path, std::string_view value) {
-    if (std::holds_alternative<std::monostate>(page.Record))
+    if (std::holds_alternative<std::monostate>(page.Record()))
         return std::string("A ") + PageKindName(page.Type) +
                " page is kept as its bytes; its fields cannot be set.";
     if (path == "version" || path == "kind")
         return "The " + std::string(path) +
                " is not a field to set; an edited page is written in the current version.";
     // The page as the current version has it, so that fields an older one lacked can be set.
-    PageRecord record = page.Record;
+    PageRecord record = page.Record();
     UpgradeRecord(record);
     SetField setter(FieldPath(page, path), value);
     VisitRecord(record, [&](auto& r) {

@@ -1,6 +1,7 @@
 #include "gamedata/gam_table.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "gamedata/file_names.h"
@@ -176,9 +177,13 @@ std::string Where(std::size_t index, std::uint8_t type, std::size_t at) {
 }
 
 // Decodes a page body into `record`; an empty string when it read.
+// Reads a page's fields into `record`. `fresh`: into a new record of the page's kind;
+// otherwise into the one given when it is of that kind (a scratch record reused to check pages
+// keeps the room of its texts; fields are read in order, so what a field depends on is read
+// before it).
 std::string DecodeBody(std::span<const std::uint8_t> body, std::uint8_t type, PageRecord& record,
-                       std::size_t& used) {
-    SetEmptyRecord(type, record);
+                       std::size_t& used, bool fresh = true) {
+    if (fresh || PageTypeOf(record) != type) SetEmptyRecord(type, record);
     if (std::holds_alternative<std::monostate>(record)) {
         used = body.size();
         return {};
@@ -260,9 +265,24 @@ void Upgrade(R&) {}
 
 }  // namespace
 
+const PageRecord& TablePage::Record() const {
+    if (!decoded_) {
+        // The page was checked when it was read: its fields decode.
+        std::size_t used = 0;
+        DecodeBody(std::span(Bytes).subspan(5), Type, record_, used);
+        decoded_ = true;
+    }
+    return record_;
+}
+
+void TablePage::SetRecord(PageRecord record) {
+    record_ = std::move(record);
+    decoded_ = true;
+}
+
 const std::string& TablePage::Name() const {
     static const std::string kNone;
-    return VisitRecord(Record, [](const auto& r) -> const std::string& {
+    return VisitRecord(Record(), [](const auto& r) -> const std::string& {
         if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
             return kNone;
         } else {
@@ -289,6 +309,9 @@ std::optional<GamTable> ReadGamPages(std::span<const std::uint8_t> bytes, std::s
         at += 1 + static_cast<std::size_t>(length);
     }
     table.Pages.reserve(count + 1);
+    // Each page's fields are checked by reading them into a scratch record of its kind; its
+    // own record is read when first asked for.
+    std::array<PageRecord, 11> scratch;
     std::size_t at = 0;
     while (at < bytes.size()) {
         ByteReader r(bytes);
@@ -303,12 +326,14 @@ std::optional<GamTable> ReadGamPages(std::span<const std::uint8_t> bytes, std::s
         const auto page = bytes.subspan(at, 1 + static_cast<std::size_t>(length));
         TablePage& p = table.Pages.emplace_back();
         p.Type = type;
-        if (std::string problem = DecodeBody(page.subspan(5), type, p.Record, p.FieldBytes);
+        PageRecord& checked = type < scratch.size() ? scratch[type] : p.record_;
+        if (std::string problem = DecodeBody(page.subspan(5), type, checked, p.FieldBytes, false);
             !problem.empty()) {
             error = Where(table.Pages.size() - 1, type, at) + ": " + problem + ".";
             return std::nullopt;
         }
         p.Bytes.assign(page.begin(), page.end());
+        p.decoded_ = std::holds_alternative<std::monostate>(checked);
         at += page.size();
     }
     return table;
@@ -331,14 +356,13 @@ std::vector<std::uint8_t> EncodePage(const PageRecord& record) {
     // copy set to the current one. Writing only reads the fields, so a current record is
     // written as it is (a generic page holds thousands of texts: a copy each time costs).
     const std::int16_t current = Kind(type) != nullptr ? Kind(type)->Current : 0;
-    const bool isCurrent =
-        VisitRecord(record, [&](const auto& r) -> bool {
-            if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
-                return true;
-            } else {
-                return r.Version == current;
-            }
-        });
+    const bool isCurrent = VisitRecord(record, [&](const auto& r) -> bool {
+        if constexpr (std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
+            return true;
+        } else {
+            return r.Version == current;
+        }
+    });
     if (isCurrent) {
         VisitRecord(const_cast<PageRecord&>(record), encode);
     } else {
@@ -368,7 +392,7 @@ TablePage MakePage(PageRecord record) {
     p.Type = PageTypeOf(record);
     p.Bytes = EncodePage(record);
     p.FieldBytes = p.Bytes.size() - 5;
-    p.Record = std::move(record);
+    p.SetRecord(std::move(record));
     p.Edited = true;
     return p;
 }

@@ -13,17 +13,30 @@
 
 namespace mw {
 
+struct GamTable;
+
 struct TablePage {
     std::uint8_t Type = 0;
     std::vector<std::uint8_t> Bytes;  // the page as read: type, length, body
-    PageRecord Record;                // empty for page kinds kept as bytes only
     std::size_t FieldBytes = 0;       // what the fields took of the body (the version included)
     bool Edited = false;              // written from the record, in the current version
 
+    // Every field of the page (empty for page kinds kept as bytes only). A page read from a
+    // table is decoded from its bytes the first time its record is asked for: a table holds
+    // thousands of pages, and a generic page's record thousands of texts.
+    const PageRecord& Record() const;
+    // The record of a page made here (its bytes written from it by MakePage).
+    void SetRecord(PageRecord record);
     // The page's name ("" for pages kept as bytes).
     const std::string& Name() const;
     // The bytes the body holds past its fields (the game would take them for the next page).
     std::size_t ExtraBytes() const;
+
+  private:
+    mutable PageRecord record_;
+    mutable bool decoded_ = true;  // false: record_ is still to be read from Bytes
+
+    friend std::optional<GamTable> ReadGamPages(std::span<const std::uint8_t>, std::string&);
 };
 
 struct GamTable {

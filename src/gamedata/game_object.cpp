@@ -40,7 +40,7 @@ std::string CopyObjectPage(const TablePage& like, const std::string& name,
         if (std::string problem = ModelNameProblem(*m); !problem.empty()) return problem;
     }
     if (models.Model.empty()) return "The new object needs a model.";
-    PageRecord record = like.Record;
+    PageRecord record = like.Record();
     if (auto* g = RecordAs<GenericRecord>(record)) {
         g->Name = name;
         g->Model = models.Model;
@@ -69,18 +69,18 @@ std::vector<std::string> PageModels(const TablePage& page) {
     auto add = [&names](const std::string& n) {
         if (!n.empty()) names.push_back(n);
     };
-    if (const auto* g = RecordAs<GenericRecord>(page.Record)) {
+    if (const auto* g = RecordAs<GenericRecord>(page.Record())) {
         add(g->Model);
         add(g->MediumModel);
         add(g->LowModel);
-    } else if (const auto* s = RecordAs<ShipRecord>(page.Record)) {
+    } else if (const auto* s = RecordAs<ShipRecord>(page.Record())) {
         add(s->Model);
         add(s->DyingModel);
         add(s->MediumModel);
         add(s->LowModel);
-    } else if (const auto* w = RecordAs<WeaponRecord>(page.Record)) {
+    } else if (const auto* w = RecordAs<WeaponRecord>(page.Record())) {
         if (!(w->Flags & (kWeaponImageBitmap | kWeaponImageVclip))) add(w->FireImage);
-    } else if (const auto* d = RecordAs<DoorRecord>(page.Record)) {
+    } else if (const auto* d = RecordAs<DoorRecord>(page.Record())) {
         add(d->Model);
     }
     return names;

@@ -135,7 +135,7 @@ std::vector<TableFinding> CheckModelPages(const ModelData& model, const std::str
                                    "\" the page names is in no archive of the game data."});
             }
         }
-        if (const auto* g = RecordAs<GenericRecord>(page.Record)) {
+        if (const auto* g = RecordAs<GenericRecord>(page.Record())) {
             check.Animation(*g, where);
             for (int b = 0; b < kPageBatteries; ++b) {
                 check.Battery(g->Batteries[static_cast<std::size_t>(b)],
@@ -151,7 +151,7 @@ std::vector<TableFinding> CheckModelPages(const ModelData& model, const std::str
                 for (const std::string& s : perClass)
                     check.Sound(s, where);
             }
-        } else if (const auto* s = RecordAs<ShipRecord>(page.Record)) {
+        } else if (const auto* s = RecordAs<ShipRecord>(page.Record())) {
             for (int b = 0; b < kPageBatteries; ++b) {
                 const ShipWeapon& w = s->Weapons[static_cast<std::size_t>(b)];
                 check.Battery(w.Battery, w.Weapons, b, where);

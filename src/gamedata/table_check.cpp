@@ -53,7 +53,7 @@ class Texts final : public FieldVisitor {
 
 std::vector<std::pair<std::string, std::string>> TextFields(const TablePage& page) {
     Texts texts;
-    PageRecord copy = page.Record;
+    PageRecord copy = page.Record();
     VisitRecord(copy, [&](auto& r) {
         if constexpr (!std::is_same_v<std::decay_t<decltype(r)>, std::monostate>) {
             VisitFields(r, texts);
@@ -70,7 +70,7 @@ void Add(std::vector<TableFinding>& out, Severity level, std::string code, std::
 bool IsGamePowerup(std::span<const NamedTable> game, const std::string& name) {
     for (const NamedTable& t : game) {
         for (const TablePage& p : t.Table.Pages) {
-            const auto* g = RecordAs<GenericRecord>(p.Record);
+            const auto* g = RecordAs<GenericRecord>(p.Record());
             if (g != nullptr && g->Type == kObjectPowerup && EqualsIgnoringCase(g->Name, name))
                 return true;
         }
@@ -149,7 +149,7 @@ std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
                 "The page holds " + std::to_string(extra) +
                     " bytes after its fields; the game reads the next page's type from them.");
         }
-        if (page.Name().empty() && !std::holds_alternative<std::monostate>(page.Record)) {
+        if (page.Name().empty() && !std::holds_alternative<std::monostate>(page.Record())) {
             Add(out, Severity::Error, "page-without-name", where, "The page has no name.");
         }
         CheckTexts(page, where, out);
@@ -162,7 +162,7 @@ std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
                         " has this name too; the game stops with \"Redundant addon page\".");
             }
         }
-        if (const auto* g = RecordAs<GenericRecord>(page.Record)) {
+        if (const auto* g = RecordAs<GenericRecord>(page.Record())) {
             if (!g->Script.empty() || !g->Module.empty() || !g->ScriptOverride.empty()) {
                 Add(out, Severity::Warning, "page-script", where,
                     "The page names a script or module; the open-source game no longer runs "
@@ -175,7 +175,7 @@ std::vector<TableFinding> CheckTable(const GamTable& table, bool addOn,
                     "the game chooses what a pickup does by its name.");
             }
         }
-        if (const auto* d = RecordAs<DoorRecord>(page.Record); d && !d->Module.empty()) {
+        if (const auto* d = RecordAs<DoorRecord>(page.Record()); d && !d->Module.empty()) {
             Add(out, Severity::Warning, "page-script", where,
                 "The door names a module; the open-source game no longer runs scripts from "
                 "missions.");

@@ -52,26 +52,26 @@ TEST(GamTable, EveryKindAndVersionReadsAndWritesTheSameBytes) {
     for (const TablePage& p : table.Pages)
         EXPECT_EQ(p.ExtraBytes(), 0u) << p.Name();
 
-    const auto& v5 = (*RecordAs<TextureRecord>(table.Pages[2].Record));
+    const auto& v5 = (*RecordAs<TextureRecord>(table.Pages[2].Record()));
     EXPECT_EQ(v5.OldSound, 12);
     EXPECT_EQ(v5.Sound, "");
-    const auto& v6 = (*RecordAs<TextureRecord>(table.Pages[3].Record));
+    const auto& v6 = (*RecordAs<TextureRecord>(table.Pages[3].Record()));
     ASSERT_EQ(v6.Elements.size(), 2u);
     EXPECT_EQ(v6.Elements[1][7], 15);
     EXPECT_EQ(v6.OscillationValue, 9);
     EXPECT_EQ(v6.Palette[254], 254 * 3);
-    EXPECT_EQ((*RecordAs<TextureRecord>(table.Pages[4].Record)).Sound, "Lava Sound");
-    EXPECT_EQ((*RecordAs<DoorRecord>(table.Pages[7].Record)).HitPoints, 0);  // version 1
-    EXPECT_EQ((*RecordAs<DoorRecord>(table.Pages[9].Record)).Module, "doormodule");
-    const auto& robot = (*RecordAs<GenericRecord>(table.Pages[10].Record));
+    EXPECT_EQ((*RecordAs<TextureRecord>(table.Pages[4].Record())).Sound, "Lava Sound");
+    EXPECT_EQ((*RecordAs<DoorRecord>(table.Pages[7].Record())).HitPoints, 0);  // version 1
+    EXPECT_EQ((*RecordAs<DoorRecord>(table.Pages[9].Record())).Module, "doormodule");
+    const auto& robot = (*RecordAs<GenericRecord>(table.Pages[10].Record()));
     EXPECT_EQ(robot.Version, 14);
     EXPECT_EQ(robot.LowModel, "r_lo.oof");
-    const auto& ship = (*RecordAs<ShipRecord>(table.Pages[27].Record));
+    const auto& ship = (*RecordAs<ShipRecord>(table.Pages[27].Record()));
     EXPECT_EQ(ship.Weapons[0].Weapons[0], "Laser");
     EXPECT_EQ(ship.Weapons[0].Battery.Masks[0].Mask, 0x05);
     EXPECT_EQ(ship.Weapons[3].MaxAmmo, 30);
-    EXPECT_EQ((*RecordAs<WeaponRecord>(table.Pages[30].Record)).FireImage, "laser.oof");
-    EXPECT_TRUE(std::holds_alternative<std::monostate>(table.Pages[31].Record));
+    EXPECT_EQ((*RecordAs<WeaponRecord>(table.Pages[30].Record())).FireImage, "laser.oof");
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(table.Pages[31].Record()));
     EXPECT_EQ(FindPage(table, "PHOENIX"), 27);
 }
 
@@ -108,9 +108,9 @@ TEST(GamTable, SettingAFieldKeepsEveryOther) {
 TEST(GamTable, AnOlderPageIsWrittenInTheCurrentVersionWithTheGamesDefaults) {
     const GamTable table = Read(EveryKind());
     TablePage robot = table.Pages[12];  // version 16
-    ASSERT_EQ((*RecordAs<GenericRecord>(robot.Record)).Version, 16);
+    ASSERT_EQ((*RecordAs<GenericRecord>(robot.Record())).Version, 16);
     ASSERT_EQ(SetPageField(robot, "animation.standing.idle.to", "40"), "");
-    const auto& g = (*RecordAs<GenericRecord>(robot.Record));
+    const auto& g = (*RecordAs<GenericRecord>(robot.Record()));
     EXPECT_EQ(g.Version, 27);
     EXPECT_EQ(g.RespawnScalar, 1.0f);     // not in version 16: the game's default
     EXPECT_EQ(g.Score, 3 * g.HitPoints);  // older robots score three times their hit points
@@ -126,7 +126,7 @@ TEST(GamTable, AnOlderPageIsWrittenInTheCurrentVersionWithTheGamesDefaults) {
     // Powerups before version 25 get their ammo by name, as the game gives it.
     TablePage vauss = table.Pages[24];
     ASSERT_EQ(SetPageField(vauss, "size", "3"), "");
-    EXPECT_EQ((*RecordAs<GenericRecord>(vauss.Record)).Ammo, 5000);
+    EXPECT_EQ((*RecordAs<GenericRecord>(vauss.Record())).Ammo, 5000);
 
     // Any hit points: the score is what the game's 16 bits make of three times them (found by
     // the page fuzzer as an overflow).
@@ -134,7 +134,7 @@ TEST(GamTable, AnOlderPageIsWrittenInTheCurrentVersionWithTheGamesDefaults) {
     tough.HitPoints = -858964532;
     TablePage toughPage = Read(GamWriter().object(tough).bytes()).Pages[0];
     ASSERT_EQ(SetPageField(toughPage, "size", "2"), "");
-    EXPECT_EQ((*RecordAs<GenericRecord>(toughPage.Record)).Score,
+    EXPECT_EQ((*RecordAs<GenericRecord>(toughPage.Record())).Score,
               static_cast<std::int16_t>(3 * std::int64_t{-858964532}));
 
     EXPECT_NE(SetPageField(robot, "no_such_field", "1"), "");

@@ -72,7 +72,10 @@ TEST(TableCheck, EachTableRuleHasACaseAndACleanTableHasNone) {
         {"too-many-pages", [](GamTable& t) { t = ManyPages(1001); }},
         {"page-type-not-read",
          [](GamTable& t) {
-             t.Pages.push_back(TablePage{3, {3, 4, 0, 0, 0}, {}, 0, false});
+             TablePage robot;  // an old robot page, kept as its bytes
+             robot.Type = 3;
+             robot.Bytes = {3, 4, 0, 0, 0};
+             t.Pages.push_back(robot);
          }},
         {"page-length",
          [](GamTable& t) {
@@ -103,7 +106,7 @@ TEST(TableCheck, EachTableRuleHasACaseAndACleanTableHasNone) {
     GamTable powerups = Clean();
     SetPageField(powerups.Pages[5], "name", "Shield");
     powerups.Pages[5] = MakePage([&] {
-        auto g = (*RecordAs<GenericRecord>(powerups.Pages[5].Record));
+        auto g = (*RecordAs<GenericRecord>(powerups.Pages[5].Record()));
         g.Type = kObjectPowerup;
         return PageRecord(g);
     }());

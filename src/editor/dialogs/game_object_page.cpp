@@ -157,7 +157,7 @@ void GameObjectPage::Show(const TablePage* page, const ModelData& model, bool ed
     filling_ = true;
     FillFields();
     // A page opens on the first movement class that has a range.
-    if (const auto* g = page ? RecordAs<GenericRecord>(page->Record) : nullptr) {
+    if (const auto* g = page ? RecordAs<GenericRecord>(page->Record()) : nullptr) {
         for (int c = 0; c < kMovementClasses; ++c) {
             bool any = false;
             for (const AnimRange& r : g->Animation[static_cast<std::size_t>(c)])
@@ -227,7 +227,7 @@ void GameObjectPage::Mark(QTableWidgetItem* item, const QString& why) {
 void GameObjectPage::FillAnimation() {
     const bool was = filling_;
     filling_ = true;
-    const auto* g = page_ ? RecordAs<GenericRecord>(page_->Record) : nullptr;
+    const auto* g = page_ ? RecordAs<GenericRecord>(page_->Record()) : nullptr;
     frames_->setText(
         QString("The model's keys: frames %1 to %2.").arg(model_->FrameMin).arg(model_->FrameMax));
     animation_->setRowCount(g ? kAnimStates : 0);
@@ -280,12 +280,12 @@ void GameObjectPage::AnimationCellChanged(QTableWidgetItem* item) {
 void GameObjectPage::FillBatteries() {
     const BatteryBlock* blocks[kPageBatteries] = {};
     const std::array<std::string, kBatteryGunPoints>* weapons[kPageBatteries] = {};
-    if (const auto* g = page_ ? RecordAs<GenericRecord>(page_->Record) : nullptr) {
+    if (const auto* g = page_ ? RecordAs<GenericRecord>(page_->Record()) : nullptr) {
         for (int b = 0; b < kPageBatteries; ++b) {
             blocks[b] = &g->Batteries[static_cast<std::size_t>(b)];
             weapons[b] = &g->Weapons[static_cast<std::size_t>(b)];
         }
-    } else if (const auto* s = page_ ? RecordAs<ShipRecord>(page_->Record) : nullptr) {
+    } else if (const auto* s = page_ ? RecordAs<ShipRecord>(page_->Record()) : nullptr) {
         for (int b = 0; b < kPageBatteries; ++b) {
             blocks[b] = &s->Weapons[static_cast<std::size_t>(b)].Battery;
             weapons[b] = &s->Weapons[static_cast<std::size_t>(b)].Weapons;
