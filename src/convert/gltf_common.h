@@ -25,6 +25,15 @@ inline constexpr const char* kExtrasKey = "descent3";
 // Frames per second of key frames in glTF animations.
 inline constexpr double kFramesPerSecond = 30.0;
 
+// glTF holds finite numbers only; what is not (a damaged model's) is shown as 0 there and
+// kept exactly in the extras.
+inline float FiniteOr0(float f) {
+    return std::isfinite(f) ? f : 0.0f;
+}
+inline Vector3 Finite(Vector3 v) {
+    return {FiniteOr0(v.X), FiniteOr0(v.Y), FiniteOr0(v.Z)};
+}
+
 // x becomes -x: positions, offsets, normals and directions both ways.
 inline Vector3 Mirror(Vector3 v) {
     return {-v.X, v.Y, v.Z};

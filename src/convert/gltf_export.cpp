@@ -11,6 +11,7 @@
 #include <QBuffer>
 #include <QImage>
 
+#include "convert/gltf_animation_writer.h"
 #include "convert/gltf_buffer.h"
 #include "convert/gltf_common.h"
 #include "convert/gltf_extras_writer.h"
@@ -29,15 +30,6 @@ static_assert(std::endian::native == std::endian::little, "buffers are written a
 
 // More face colours than this in one model are written as vertex colours.
 constexpr std::size_t kMaxColourMaterials = 16;
-
-// glTF holds finite numbers only; what is not (a damaged model's) is shown as 0 there and
-// kept exactly in the extras.
-float FiniteOr0(float f) {
-    return std::isfinite(f) ? f : 0.0f;
-}
-Vector3 Finite(Vector3 v) {
-    return {FiniteOr0(v.X), FiniteOr0(v.Y), FiniteOr0(v.Z)};
-}
 
 // Normals shorter than this are taken as none.
 constexpr float kLeastNormal = 1e-20f;
@@ -100,7 +92,8 @@ class Exporter {
             doc["nodes"].push_back(SubObjectNode(s));
         Hierarchy();
         Points();
-        Animation();
+        if (json animations = AnimationJson(m_, out_.buffers); !animations.is_null())
+            out_.doc["animations"] = std::move(animations);
         doc["scenes"] = json::array({{{"name", "Model"}, {"nodes", roots_}}});
         // The model's own fields go with the first sub-object's node: Blender keeps a node's
         // extras as they are, but writes a scene's back as text of its own.
@@ -383,58 +376,6 @@ class Exporter {
                 }
             }
         }
-    }
-
-    void Animation() {
-        json channels = json::array(), samplers = json::array();
-        const auto sampler = [&](const std::vector<float>& times, const std::vector<float>& values,
-                                 const char* type, int node, const char* path) {
-            const int count = static_cast<int>(times.size());
-            const int input =
-                out_.buffers.Accessor(times, kFloat, "SCALAR", count, std::nullopt, true);
-            const int output =
-                out_.buffers.Accessor(values, kFloat, type, count, std::nullopt, false);
-            samplers.push_back({{"input", input}, {"output", output}, {"interpolation", "LINEAR"}});
-            channels.push_back({{"sampler", static_cast<int>(samplers.size()) - 1},
-                                {"target", {{"node", node}, {"path", path}}}});
-        };
-        for (int s = 0; s < static_cast<int>(m_.SubObjects.size()); ++s) {
-            const SubObject& sub = m_.Sub(s);
-            std::vector<float> times, values;
-            if (m_.HasPANI) {
-                for (const PosKey& k : AnimatedKeys(sub.Pos.Keys)) {
-                    times.push_back(static_cast<float>(k.Frame / kFramesPerSecond));
-                    const Vector3 p = Finite(Mirror(Add(sub.Offset, k.Position)));
-                    values.insert(values.end(), {p.X, p.Y, p.Z});
-                }
-                if (!times.empty()) sampler(times, values, "VEC3", s, "translation");
-            }
-            times.clear();
-            values.clear();
-            if (m_.HasRANI && (sub.PropertyFlags & kPropFov) == 0) {
-                for (const RotKey& k : AnimatedKeys(sub.Rot.Keys)) {
-                    times.push_back(static_cast<float>(k.Frame / kFramesPerSecond));
-                    const Quaternion q = QuaternionFromKeyMatrix(k.Matrix);
-                    for (const double e : q)
-                        values.push_back(static_cast<float>(e));
-                }
-                if (!times.empty()) sampler(times, values, "VEC4", s, "rotation");
-            }
-        }
-        if (channels.empty()) return;
-        out_.doc["animations"] =
-            json::array({{{"name", "Key frames"}, {"channels", channels}, {"samplers", samplers}}});
-    }
-
-    // glTF wants times that increase, from 0: keys at negative or repeated frames stay in
-    // the extras only.
-    template <typename Key>
-    static std::vector<Key> AnimatedKeys(const std::vector<Key>& keys) {
-        std::vector<Key> kept;
-        for (const Key& k : keys) {
-            if (k.Frame >= 0 && (kept.empty() || k.Frame > kept.back().Frame)) kept.push_back(k);
-        }
-        return kept;
     }
 
     const ModelData& m_;
