@@ -1,5 +1,6 @@
 // FBX as tools write it, in files made here (FBX 7.4 text): the file's unit applied, custom
-// properties from the user properties, a turn from its animation curves.
+// properties from the user properties, a turn from its animation curves. And a Collada file's
+// animation, which comes through the same library.
 #include <gtest/gtest.h>
 #include <fstream>
 
@@ -206,6 +207,67 @@ TEST(FbxImport, TheNodesOwnTakeAndBlendersArrows) {
     ASSERT_EQ(blender.Model.GunPoints.size(), 1u);
     EXPECT_EQ(blender.Model.GunPoints[0].Normal, (Vector3{0, 0, 1}));
     EXPECT_EQ(blender.Model.GunPoints[0].Position, other.Model.GunPoints[0].Position);
+}
+
+// A quad turning a quarter turn about Y in a second, as a Collada rotate element's angle.
+const std::string kColladaTurn =
+    "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+    "<COLLADA xmlns=\"http://www.collada.org/2005/11/COLLADASchema\" version=\"1.4.1\">\n"
+    "  <asset><unit name=\"meter\" meter=\"1\"/><up_axis>Y_UP</up_axis></asset>\n"
+    "  <library_geometries>\n"
+    "    <geometry id=\"quad\" name=\"quad\"><mesh>\n"
+    "      <source id=\"quad-pos\"><float_array id=\"quad-pos-array\" count=\"12\">-1 0 -1 1 0 -1 "
+    "1 0 1 -1 0 1</float_array>\n"
+    "        <technique_common><accessor source=\"#quad-pos-array\" count=\"4\" "
+    "stride=\"3\"><param name=\"X\" type=\"float\"/><param name=\"Y\" type=\"float\"/><param "
+    "name=\"Z\" type=\"float\"/></accessor></technique_common></source>\n"
+    "      <vertices id=\"quad-verts\"><input semantic=\"POSITION\" "
+    "source=\"#quad-pos\"/></vertices>\n"
+    "      <polylist count=\"1\"><input semantic=\"VERTEX\" source=\"#quad-verts\" "
+    "offset=\"0\"/><vcount>4</vcount><p>0 3 2 1</p></polylist>\n"
+    "    </mesh></geometry>\n"
+    "  </library_geometries>\n"
+    "  <library_animations>\n"
+    "    <animation id=\"spin\">\n"
+    "      <source id=\"spin-in\"><float_array id=\"spin-in-array\" count=\"2\">0 "
+    "1</float_array><technique_common><accessor source=\"#spin-in-array\" count=\"2\"><param "
+    "name=\"TIME\" type=\"float\"/></accessor></technique_common></source>\n"
+    "      <source id=\"spin-out\"><float_array id=\"spin-out-array\" count=\"2\">0 "
+    "90</float_array><technique_common><accessor source=\"#spin-out-array\" count=\"2\"><param "
+    "name=\"ANGLE\" type=\"float\"/></accessor></technique_common></source>\n"
+    "      <source id=\"spin-interp\"><Name_array id=\"spin-interp-array\" count=\"2\">LINEAR "
+    "LINEAR</Name_array><technique_common><accessor source=\"#spin-interp-array\" "
+    "count=\"2\"><param name=\"INTERPOLATION\" "
+    "type=\"name\"/></accessor></technique_common></source>\n"
+    "      <sampler id=\"spin-sampler\"><input semantic=\"INPUT\" source=\"#spin-in\"/><input "
+    "semantic=\"OUTPUT\" source=\"#spin-out\"/><input semantic=\"INTERPOLATION\" "
+    "source=\"#spin-interp\"/></sampler>\n"
+    "      <channel source=\"#spin-sampler\" target=\"Turret/rotY.ANGLE\"/>\n"
+    "    </animation>\n"
+    "  </library_animations>\n"
+    "  <library_visual_scenes>\n"
+    "    <visual_scene id=\"scene\">\n"
+    "      <node id=\"Turret\" name=\"Turret\">\n"
+    "        <translate sid=\"location\">0 1 0</translate>\n"
+    "        <rotate sid=\"rotY\">0 1 0 0</rotate>\n"
+    "        <instance_geometry url=\"#quad\"/>\n"
+    "      </node>\n"
+    "    </visual_scene>\n"
+    "  </library_visual_scenes>\n"
+    "  <scene><instance_visual_scene url=\"#scene\"/></scene>\n"
+    "</COLLADA>\n";
+
+TEST(ColladaImport, AnAnimatedAngleBecomesKeys) {
+    const test::TempDir dir("collada_keys");
+    const ImportResult r = ImportText(dir, "spin.dae", kColladaTurn);
+    ASSERT_EQ(r.Status, ImportStatus::Done) << r.Error;
+    const SubObject& sub = r.Model.Sub(0);
+    ASSERT_EQ(sub.Rot.Keys.size(), 2u);
+    EXPECT_EQ(sub.Rot.Keys[1].Frame, 30);
+    EXPECT_EQ(sub.Rot.Keys[1].Angle, 16384);
+    EXPECT_NEAR(sub.Rot.Keys[1].Axis.Y, -1.0f, 1e-5f);
+    EXPECT_NEAR(sub.Offset.Y, 1.0f, 1e-5f);
+    EXPECT_TRUE(sub.Pos.Keys.empty());
 }
 
 }  // namespace
