@@ -6,15 +6,12 @@
 #include <cmath>
 #include <cstring>
 #include <map>
-#include <set>
-
-#include <QBuffer>
-#include <QImage>
 
 #include "convert/gltf_animation_writer.h"
 #include "convert/gltf_buffer.h"
 #include "convert/gltf_common.h"
 #include "convert/gltf_extras_writer.h"
+#include "convert/gltf_material_writer.h"
 #include "model/file_io.h"
 #include "model/oof_reader.h"
 #include "model/oof_writer.h"
@@ -28,41 +25,11 @@ using namespace gltf;
 
 static_assert(std::endian::native == std::endian::little, "buffers are written as stored");
 
-// More face colours than this in one model are written as vertex colours.
-constexpr std::size_t kMaxColourMaterials = 16;
-
 // Normals shorter than this are taken as none.
 constexpr float kLeastNormal = 1e-20f;
 
 json QuaternionJson(const Quaternion& q) {
     return json::array({q[0], q[1], q[2], q[3]});
-}
-
-std::vector<std::uint8_t> EncodePng(const RgbaImage& image) {
-    const QImage picture(reinterpret_cast<const uchar*>(image.Pixels.data()), image.Width,
-                         image.Height, image.Width * 4, QImage::Format_RGBA8888);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return {bytes.begin(), bytes.end()};
-}
-
-bool HasTranslucency(const RgbaImage& image) {
-    return std::any_of(image.Pixels.begin(), image.Pixels.end(),
-                       [](std::uint32_t p) { return (p >> 24) != 255; });
-}
-
-// A file name for a picture beside a .gltf: the texture's name, plain characters only.
-std::string PictureFileName(const std::string& texture, int index) {
-    std::string name;
-    for (const char c : Utf8From1252(texture)) {
-        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-                           (c >= '0' && c <= '9') || c == '_' || c == '-';
-        name += plain ? c : '_';
-    }
-    if (name.empty()) name = "texture" + std::to_string(index);
-    return name + ".png";
 }
 
 struct Output {
@@ -85,8 +52,7 @@ class Exporter {
         // a small fraction of the buffer.
         const std::size_t estimate = BufferEstimate();
         out_.buffers.Reserve(estimate, embed_ ? (1 << 16) + estimate / 8 : 0);
-        Materials();
-        UntexturedColours();
+        materials_.Write();
         const int n = static_cast<int>(m_.SubObjects.size());
         for (int s = 0; s < n; ++s)
             doc["nodes"].push_back(SubObjectNode(s));
@@ -106,50 +72,6 @@ class Exporter {
     }
 
   private:
-    void Materials() {
-        json& doc = out_.doc;
-        for (std::size_t t = 0; t < m_.Textures.size(); ++t) {
-            const std::string& name = m_.Textures[t].Name;
-            json material{{"name", Utf8From1252(name)}};
-            material["extras"]["d3_texture"] = Utf8From1252(name);
-            json pbr{{"metallicFactor", 0.0}, {"roughnessFactor", 1.0}};
-            if (t < pictures_.size() && pictures_[t] && pictures_[t]->Width > 0) {
-                pbr["baseColorTexture"] = {{"index", Picture(static_cast<int>(t))}};
-                if (HasTranslucency(*pictures_[t])) material["alphaMode"] = "BLEND";
-            }
-            material["pbrMetallicRoughness"] = std::move(pbr);
-            doc["materials"].push_back(std::move(material));
-        }
-    }
-
-    // A texture (and its image and sampler) for model texture t; returns its index.
-    int Picture(int t) {
-        json& doc = out_.doc;
-        if (!doc.contains("samplers")) {
-            doc["samplers"] = json::array({{{"magFilter", 9729}, {"minFilter", 9987}}});
-            doc["images"] = json::array();
-            doc["textures"] = json::array();
-        }
-        const RgbaImage& image = *pictures_[static_cast<std::size_t>(t)];
-        std::vector<std::uint8_t> png = EncodePng(image);
-        json entry{{"name", Utf8From1252(m_.Textures[static_cast<std::size_t>(t)].Name)}};
-        if (embed_) {
-            entry["bufferView"] = out_.buffers.View(png, std::nullopt);
-            entry["mimeType"] = "image/png";
-        } else {
-            std::string file = PictureFileName(m_.Textures[static_cast<std::size_t>(t)].Name, t);
-            for (const auto& [other, bytes] : out_.pictures) {
-                if (other == file) file = std::to_string(t) + "_" + file;
-            }
-            entry["uri"] = file;
-            out_.pictures.emplace_back(file, std::move(png));
-        }
-        doc["images"].push_back(std::move(entry));
-        doc["textures"].push_back(
-            {{"sampler", 0}, {"source", static_cast<int>(doc["images"].size()) - 1}});
-        return static_cast<int>(doc["textures"].size()) - 1;
-    }
-
     // About the size of the binary buffer, so that it grows once or not at all.
     std::size_t BufferEstimate() const {
         std::size_t bytes = 1 << 16;
@@ -160,59 +82,6 @@ class Exporter {
                      sub.Vertices.size() * sizeof(Vertex) + sub.Faces.size() * sizeof(FaceRecord);
         }
         return bytes;
-    }
-
-    // Untextured faces get a material of their colour, unless the model has so many colours
-    // that a primitive per colour and sub-object would swamp viewers (and the file): then one
-    // material with the colours as vertex colours.
-    void UntexturedColours() {
-        std::set<std::uint32_t> colours;
-        for (const SubObject& sub : m_.SubObjects) {
-            for (const Face& f : sub.Faces) {
-                if (f.TextureIndex < 0 || f.TextureIndex >= static_cast<int>(m_.Textures.size()))
-                    colours.insert(std::bit_cast<std::uint32_t>(f.Color) & 0xffffffu);
-            }
-        }
-        vertexColours_ = colours.size() > kMaxColourMaterials;
-    }
-
-    int UntexturedMaterial() {
-        if (untextured_ < 0) {
-            json& materials = out_.doc["materials"];
-            materials.push_back(
-                {{"name", "untextured"},
-                 {"pbrMetallicRoughness", {{"metallicFactor", 0.0}, {"roughnessFactor", 1.0}}},
-                 {"extras", {{"d3_untextured", true}}}});
-            untextured_ = static_cast<int>(materials.size()) - 1;
-        }
-        return untextured_;
-    }
-
-    // The material of an untextured face: one per colour.
-    int ColourMaterial(const std::array<std::uint8_t, 4>& colour) {
-        const std::uint32_t key = std::bit_cast<std::uint32_t>(colour);
-        if (const auto found = colours_.find(key); found != colours_.end()) return found->second;
-        char name[24];
-        std::snprintf(name, sizeof name, "colour_%02x%02x%02x", colour[0], colour[1], colour[2]);
-        json factor = json::array();
-        for (int c = 0; c < 3; ++c)
-            factor.push_back(LinearFromByte(colour[static_cast<std::size_t>(c)]));
-        factor.push_back(1.0);
-        json& materials = out_.doc["materials"];
-        materials.push_back(
-            {{"name", name},
-             {"pbrMetallicRoughness",
-              {{"baseColorFactor", factor}, {"metallicFactor", 0.0}, {"roughnessFactor", 1.0}}},
-             {"extras", {{"d3_untextured", true}}}});
-        const int index = static_cast<int>(materials.size()) - 1;
-        colours_.emplace(key, index);
-        return index;
-    }
-
-    int MaterialOf(const Face& face) {
-        const int textures = static_cast<int>(m_.Textures.size());
-        if (face.TextureIndex >= 0 && face.TextureIndex < textures) return face.TextureIndex;
-        return vertexColours_ ? UntexturedMaterial() : ColourMaterial(face.Color);
     }
 
     json SubObjectNode(int s) {
@@ -237,7 +106,8 @@ class Exporter {
             const auto count = static_cast<std::size_t>(std::max(face.VertexCount, 0));
             firstCorner[f] = corner;
             corner += count;
-            if (count >= 3 && corner <= sub.Corners.size()) groups[MaterialOf(face)].push_back(f);
+            if (count >= 3 && corner <= sub.Corners.size())
+                groups[materials_.MaterialOf(face)].push_back(f);
         }
         if (groups.empty()) return std::nullopt;
         // Each vertex's normal mirrored and of unit length, once; a face's own normal stands
@@ -259,7 +129,7 @@ class Exporter {
                 vertices += static_cast<std::size_t>(sub.Faces[f].VertexCount);
                 triangles += static_cast<std::size_t>(sub.Faces[f].VertexCount) - 2;
             }
-            const bool coloured = material == untextured_;
+            const bool coloured = material == materials_.VertexColoured();
             const std::size_t positions = b.Allocate(12 * vertices);
             const std::size_t normals = b.Allocate(12 * vertices);
             const std::size_t uvs = b.Allocate(8 * vertices);
@@ -383,10 +253,8 @@ class Exporter {
     bool embed_;
     Output out_;
     ExtrasWriter extras_{m_, out_.buffers};
+    MaterialWriter materials_{m_, pictures_, embed_, out_.doc, out_.buffers, out_.pictures};
     json roots_ = json::array();
-    std::map<std::uint32_t, int> colours_;
-    bool vertexColours_ = false;
-    int untextured_ = -1;
 };
 
 // A model whose save slots are not one record each (merged or removed sub-objects) is
