@@ -66,7 +66,6 @@ void SceneModelBuilder::Reset() {
     textureOfName_.clear();
     Notes.clear();
     MergedTriangles = 0;
-    KeyCount = 0;
 }
 
 // A model from the nodes alone.
@@ -151,7 +150,6 @@ void SceneModelBuilder::Keys() {
         sub.Rot.Keys = std::move(keys.Rot);
         m_.HasPANI = m_.HasPANI || !sub.Pos.Keys.empty();
         m_.HasRANI = m_.HasRANI || !sub.Rot.Keys.empty();
-        KeyCount += static_cast<int>(sub.Pos.Keys.size() + sub.Rot.Keys.size());
     }
     if (s_.ScaleAnimated)
         Notes.push_back("The file animates the scale of a part; models keep no scale keys.");

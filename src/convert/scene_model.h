@@ -27,9 +27,8 @@ class SceneModelBuilder {
 
     // What the model could not keep as the file had it (texture names cut), for people.
     std::vector<std::string> Notes;
-    // How many triangles were joined into polygons, and how many keys were made.
+    // How many triangles were joined into polygons.
     int MergedTriangles = 0;
-    int KeyCount = 0;
 
   private:
     void Reset();

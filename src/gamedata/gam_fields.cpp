@@ -1,5 +1,5 @@
 // The field lists for any FieldVisitor, and the names of the animation states.
-#include "gamedata/gam_field_lists.h"
+#include "gamedata/gam_object_field_lists.h"
 
 namespace mw {
 

@@ -64,7 +64,9 @@ TablePage MakePage(PageRecord record);
 
 // The page type a record is written as (0 for none).
 std::uint8_t PageTypeOf(const PageRecord& record);
-const char* PageKindName(std::uint8_t type);  // "texture", "generic", ...; "unknown"
+const char* PageKindName(std::uint8_t type);
+// The version the game writes pages of that type in (0 for types it no longer writes).
+std::int16_t CurrentPageVersion(std::uint8_t type);  // "texture", "generic", ...; "unknown"
 
 // The first page of that name (ignoring case), of any kind with a name; -1 when none.
 int FindPage(const GamTable& table, std::string_view name);
