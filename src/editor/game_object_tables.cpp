@@ -66,7 +66,6 @@ void GameObjectTables::Load(const GameData& game, const Settings& settings, cons
     }
     tables_.push_back({mission.filename().string(), std::move(mission_.Table)});
     mission_.Table = {};
-    saved_ = WriteGamPages(Mission());
 }
 
 std::span<const NamedTable> GameObjectTables::GameTables() const {
@@ -131,8 +130,9 @@ std::vector<std::string> GameObjectTables::CopyableNames() const {
 }
 
 std::string GameObjectTables::Change(GamTable changed) {
-    undo_.push_back(std::move(Mission()));
+    undo_.push_back({std::move(Mission()), state_});
     redo_.clear();
+    state_ = ++lastState_;
     Mission() = std::move(changed);
     return {};
 }
@@ -211,20 +211,22 @@ std::string GameObjectTables::Replace(const std::string& name) {
 
 void GameObjectTables::Undo() {
     if (undo_.empty()) return;
-    redo_.push_back(std::move(Mission()));
-    Mission() = std::move(undo_.back());
+    redo_.push_back({std::move(Mission()), state_});
+    Mission() = std::move(undo_.back().Table);
+    state_ = undo_.back().Number;
     undo_.pop_back();
 }
 
 void GameObjectTables::Redo() {
     if (redo_.empty()) return;
-    undo_.push_back(std::move(Mission()));
-    Mission() = std::move(redo_.back());
+    undo_.push_back({std::move(Mission()), state_});
+    Mission() = std::move(redo_.back().Table);
+    state_ = redo_.back().Number;
     redo_.pop_back();
 }
 
 bool GameObjectTables::IsModified() const {
-    return HasMission() && WriteGamPages(MissionTable()) != saved_;
+    return HasMission() && state_ != savedState_;
 }
 
 std::string GameObjectTables::Save() {
@@ -238,7 +240,7 @@ std::string GameObjectTables::Save() {
         reread.Table = {};
         mission_ = std::move(reread);
     }
-    saved_ = WriteGamPages(Mission());
+    savedState_ = state_;
     return {};
 }
 

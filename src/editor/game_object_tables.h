@@ -93,9 +93,14 @@ class GameObjectTables {
     std::string missionProblem_;
     std::string modelFile_;
     TableFile mission_;
-    std::vector<std::uint8_t> saved_;       // the table's bytes as last read or saved
+    // Each state of the mission's table gets a number; the saved one's is kept.
+    struct State {
+        GamTable Table;
+        std::uint64_t Number = 0;
+    };
+    std::uint64_t state_ = 0, savedState_ = 0, lastState_ = 0;
     std::vector<std::string> modelsKnown_;  // model files of the archives, lower case
-    std::vector<GamTable> undo_, redo_;
+    std::vector<State> undo_, redo_;
 };
 
 }  // namespace mw
